@@ -1,0 +1,2 @@
+-- Demo centre data come with their subsystems.
+SELECT 1;

@@ -1,0 +1,2 @@
+-- Demo grant data come with the grant subsystem.
+SELECT 1;

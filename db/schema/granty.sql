@@ -1,0 +1,2 @@
+-- fondarix_granty: grant accounting. Tables come with the grant subsystem.
+SELECT 1;

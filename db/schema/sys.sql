@@ -1,0 +1,75 @@
+-- fondarix_sys: what all centres share. Text columns in cp1250 (the database default).
+
+CREATE TABLE sys_users (
+  _key INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  login VARCHAR(50) NULL,
+  password VARCHAR(50) NULL,
+  prijmeni VARCHAR(60) NULL,
+  jmeno VARCHAR(60) NULL,
+  titul VARCHAR(30) NULL,
+  typ SMALLINT NULL,
+  filtr_grant TEXT NULL,
+  code_stredisko VARCHAR(20) NULL,
+  screen VARCHAR(20) NULL,
+  os VARCHAR(120) NULL,
+  version VARCHAR(20) NULL,
+  last_login VARCHAR(40) NULL
+) ENGINE=InnoDB;
+
+CREATE TABLE sys_users_print (
+  login VARCHAR(50) NULL,
+  param_1 VARCHAR(10) NULL,
+  param_2 VARCHAR(10) NULL,
+  param_3 VARCHAR(10) NULL,
+  param_4 VARCHAR(10) NULL,
+  param_5 VARCHAR(10) NULL,
+  KEY (login)
+) ENGINE=InnoDB;
+
+CREATE TABLE sys_db_kvl (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  code_stredisko VARCHAR(20) NULL,
+  name_stredisko VARCHAR(100) NULL,
+  mysql_db VARCHAR(64) NULL,
+  ip_pc VARCHAR(40) NULL,
+  ip_server VARCHAR(40) NULL,
+  cesta VARCHAR(255) NULL
+) ENGINE=InnoDB;
+
+CREATE TABLE sys_nastaveni (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  Firma VARCHAR(150) NULL,
+  Adresa VARCHAR(150) NULL,
+  PSC VARCHAR(20) NULL,
+  Mesto VARCHAR(80) NULL,
+  ICO VARCHAR(20) NULL,
+  DIC VARCHAR(20) NULL,
+  `Cislo uctu` VARCHAR(40) NULL,
+  `Nazev banky` VARCHAR(100) NULL,
+  `Cislo uctu_2` VARCHAR(40) NULL,
+  newdate_ucet VARCHAR(20) NULL
+) ENGINE=InnoDB;
+
+CREATE TABLE sys_nastaveniobj (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  Vyrizuje VARCHAR(100) NULL,
+  Telefon VARCHAR(40) NULL,
+  Linka VARCHAR(20) NULL,
+  email VARCHAR(100) NULL
+) ENGINE=InnoDB;
+
+CREATE TABLE sys_prikazce (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  Jmeno VARCHAR(100) NULL
+) ENGINE=InnoDB;
+
+CREATE TABLE sys_spravcerozp (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  Jmeno VARCHAR(100) NULL
+) ENGINE=InnoDB;
+
+CREATE TABLE SYS_PRAVA (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  `Grant` VARCHAR(20) NULL,
+  Jmeno VARCHAR(100) NULL
+) ENGINE=InnoDB;

@@ -1,0 +1,102 @@
+#pragma once
+// Connections to the three kinds of database and the habits of SQL shared by all screens.
+// No connection lives across commands: whoever opens one closes it (DbConnection does).
+
+#include <QMap>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QString>
+#include <QVariant>
+
+#include <optional>
+
+inline constexpr const char *SysDbName = "fondarix_sys";
+inline constexpr const char *GrantyDbName = "fondarix_granty";
+inline constexpr int DriverOption = 165932;
+inline constexpr const char *DeveloperComputer = "DEVBOX-01";
+
+// The connection text for a database, as a workstation builds it. On the developer's
+// computer (exact, case-sensitive name) the local form is returned instead.
+QString BuildConnStr(const QString &database, const QString &computerName,
+                     const QString &server, const QString &port,
+                     const QString &user = QString(), const QString &password = QString());
+QString ConnStrSys();
+QString ConnStrCentre();
+QString ConnStrGranty();
+// Same form for a named database (administrative look into another centre, server-level work).
+QString ConnStrFor(const QString &database);
+
+// The computer's name (host name).
+QString ComputerName();
+
+// Keywords of a connection text, upper-cased keys, "ODBC;" prefix skipped.
+QMap<QString, QString> ParseConnStr(const QString &connStr);
+
+// The database account, from group [fondarix] of a MySQL option file.
+struct DbAccount {
+    QString user;
+    QString password;
+};
+// Path of the option file: $FONDARIX_MYCNF, else ~/.my.cnf.
+QString OptionFilePath();
+// Reads the account; on failure returns nullopt and a Czech message naming the file.
+std::optional<DbAccount> ReadOptionFile(const QString &path, QString *error);
+
+// An open connection, closed and removed when it goes out of scope.
+class DbConnection {
+public:
+    explicit DbConnection(const QString &connStr);
+    ~DbConnection();
+    DbConnection(const DbConnection &) = delete;
+    DbConnection &operator=(const DbConnection &) = delete;
+
+    bool isOpen() const { return m_open; }
+    QString errorText() const { return m_error; }
+    QSqlDatabase db() const;
+
+    // Runs a statement with bound values. On failure returns false and keeps the error.
+    bool exec(QSqlQuery &query, const QString &sql, const QVariantList &values = {});
+    bool exec(const QString &sql, const QVariantList &values = {});
+    // A query ready to be executed, on this connection.
+    QSqlQuery query() const;
+
+private:
+    QString m_name;
+    bool m_open = false;
+    QString m_error;
+};
+
+// Opens a connection; on failure shows the fatal message and ends the process
+// (returns false, and the caller returns at once).
+bool OpenOrFatal(DbConnection &connection);
+
+// A column's value as text: NULL gives empty text, otherwise trimmed.
+QString FieldText(const QSqlQuery &query, const QString &column);
+QString FieldText(const QSqlQuery &query, int column);
+
+// A server error as a Czech sentence; a character the code page cannot hold names its field.
+QString DbErrorMessage(const QSqlError &error);
+
+// Rolls back unless committed.
+class Transaction {
+public:
+    explicit Transaction(DbConnection &connection);
+    ~Transaction();
+    bool commit();
+    bool active() const { return m_active; }
+
+private:
+    QSqlDatabase m_db;
+    bool m_active = false;
+};
+
+// Splits a script into statements at ";" ending a line, outside quotes; comments dropped.
+QStringList SplitSqlScript(const QString &script);
+
+// Creates fondarix_sys, fondarix_granty and every centre database named in sys_db_kvl
+// from the schema files in schemaDir; with demoDir, loads the demo institute as well.
+// Existing databases of these names are dropped first when dropExisting is set,
+// otherwise a database that exists is left alone.
+bool CreateDatabases(const QString &schemaDir, const QString &demoDir, bool dropExisting,
+                     QString *error);

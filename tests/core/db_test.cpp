@@ -1,0 +1,129 @@
+#include "core/config.h"
+#include "core/db.h"
+#include "core/msg.h"
+#include "core/session.h"
+#include "support/testenv.h"
+
+#include <QFile>
+#include <QSqlQuery>
+
+#include <gtest/gtest.h>
+
+using namespace testenv;
+
+TEST(ConnStr, WorkstationFormKeepsKeywordOrder)
+{
+    EXPECT_EQ(BuildConnStr("fondarix_sys", "PC-17", "10.1.2.3", "3307"),
+              "ODBC;DATABASE=fondarix_sys;DSN=10.1.2.3;PORT=3307;SERVER=10.1.2.3;UID=;CHARSET=cp1250;PWD=;OPTION=165932");
+}
+
+TEST(ConnStr, DeveloperFormOnlyForExactName)
+{
+    EXPECT_EQ(BuildConnStr("fondarix_granty", "DEVBOX-01", "10.1.2.3", "3307"),
+              "ODBC;DATABASE=fondarix_granty;CHARSET=cp1250;DSN=127.0.0.1;PORT=3307;SERVER=127.0.0.1;UID=root;OPTION=165932");
+    // The test is case-sensitive: a lower-case name is an ordinary workstation.
+    EXPECT_TRUE(BuildConnStr("x", "devbox-01", "10.1.2.3", "3307").contains("SERVER=10.1.2.3"));
+}
+
+TEST(ConnStr, ParsedKeywords)
+{
+    const auto keys = ParseConnStr(BuildConnStr("fondarix_sys", "PC", "127.0.0.1", "3307"));
+    EXPECT_EQ(keys.value("DATABASE"), "fondarix_sys");
+    EXPECT_EQ(keys.value("PORT"), "3307");
+    EXPECT_EQ(keys.value("SERVER"), "127.0.0.1");
+    EXPECT_EQ(keys.value("CHARSET"), "cp1250");
+    EXPECT_EQ(keys.value("OPTION"), "165932");
+}
+
+TEST(ConnStr, PortFromFileAndCentreEmptyBeforeLogin)
+{
+    FreshDatabases(false);
+    WriteIni("[nastaveni]\r\nserver_port=3307\r\n");
+    EXPECT_TRUE(ConnStrSys().contains(";PORT=3307;"));
+    EXPECT_TRUE(ConnStrCentre().startsWith("ODBC;DATABASE=;"));
+    WriteIni("");
+    EXPECT_TRUE(ConnStrGranty().contains(";PORT=3306;"));
+}
+
+TEST(OptionFile, GroupMissingNamesTheFile)
+{
+    const QString path = Session().TempDir + "/other.cnf";
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write("[client]\nuser=x\n");
+    f.close();
+    QString error;
+    EXPECT_FALSE(ReadOptionFile(path, &error).has_value());
+    EXPECT_TRUE(error.contains(path));
+    EXPECT_TRUE(error.contains("[fondarix]"));
+    EXPECT_FALSE(ReadOptionFile(path + ".missing", &error).has_value());
+    EXPECT_TRUE(error.contains(".missing"));
+}
+
+TEST(Connection, ServerDownIsFatalWithoutHanging)
+{
+    FreshDatabases(false);
+    // A port where nothing listens: refused at once, the two texts in one box, then the end.
+    WriteIni("[NASTAVENI]\r\nSERVER_IP=127.0.0.1\r\nSERVER_PORT=1\r\n");
+    ScriptedMessages messages;
+    ProcessEndRecorder end;
+    DbConnection conn(ConnStrSys());
+    EXPECT_FALSE(OpenOrFatal(conn));
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].style, MsgCritical);
+    EXPECT_TRUE(messages.shown[0].text.contains(QString::fromUtf8(TextNotConnected)));
+    EXPECT_TRUE(messages.shown[0].text.endsWith(QString::fromUtf8(TextWillEnd)));
+    EXPECT_TRUE(end.ended);
+}
+
+TEST(Connection, CreatesDatabasesOfEveryCentreWithDemo)
+{
+    FreshDatabases(true);
+    EXPECT_EQ(Column(SysDbName, "SELECT COUNT(*) FROM sys_users"), QStringList{"6"});
+    const QStringList centres = Column(SysDbName, "SELECT mysql_db FROM sys_db_kvl");
+    ASSERT_FALSE(centres.isEmpty());
+    for (const QString &c : centres)
+        EXPECT_EQ(Column("information_schema", "SELECT COUNT(*) FROM SCHEMATA WHERE SCHEMA_NAME='" + c + "'"),
+                  QStringList{"1"});
+    // Table names without regard to case.
+    EXPECT_EQ(Column(SysDbName, "SELECT COUNT(*) FROM SYS_USERS"), QStringList{"6"});
+}
+
+TEST(Connection, CzechTextRoundTripsAndForeignCharacterIsNamed)
+{
+    FreshDatabases(false);
+    DbConnection sys(ConnStrSys());
+    ASSERT_TRUE(sys.isOpen());
+    ASSERT_TRUE(sys.exec("INSERT INTO sys_prikazce (Jmeno) VALUES (?)", {QString("Příliš žluťoučký kůň")}));
+    EXPECT_EQ(Column(SysDbName, "SELECT Jmeno FROM sys_prikazce"), QStringList{"Příliš žluťoučký kůň"});
+    // Stored as cp1250 bytes on the server.
+    EXPECT_EQ(Column(SysDbName, "SELECT HEX(CONVERT(Jmeno USING binary)) FROM sys_prikazce").value(0).left(4), "50F8");
+    EXPECT_FALSE(sys.exec("INSERT INTO sys_prikazce (Jmeno) VALUES (?)", {QString("Ωmega")}));
+    EXPECT_TRUE(sys.errorText().contains("Jmeno")) << sys.errorText().toStdString();
+}
+
+TEST(Connection, TransactionRollsBackUnlessCommitted)
+{
+    FreshDatabases(false);
+    DbConnection sys(ConnStrSys());
+    {
+        Transaction t(sys);
+        ASSERT_TRUE(t.active());
+        sys.exec("INSERT INTO sys_prikazce (Jmeno) VALUES ('a')");
+    }
+    EXPECT_EQ(Column(SysDbName, "SELECT COUNT(*) FROM sys_prikazce"), QStringList{"0"});
+    {
+        Transaction t(sys);
+        sys.exec("INSERT INTO sys_prikazce (Jmeno) VALUES ('b')");
+        EXPECT_TRUE(t.commit());
+    }
+    EXPECT_EQ(Column(SysDbName, "SELECT Jmeno FROM sys_prikazce"), QStringList{"b"});
+}
+
+TEST(SqlScript, SplitsOutsideQuotesAndDropsComments)
+{
+    const QStringList s = SplitSqlScript("-- note; here\nINSERT INTO t VALUES ('a;b');\nSELECT `x;y` FROM t;\n\n");
+    ASSERT_EQ(s.size(), 2);
+    EXPECT_EQ(s[0], "INSERT INTO t VALUES ('a;b')");
+    EXPECT_EQ(s[1], "SELECT `x;y` FROM t");
+}

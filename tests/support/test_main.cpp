@@ -1,0 +1,23 @@
+// Test main of every Qt test executable: an application object, the offscreen
+// platform when no other is asked for, private folders and a database server.
+
+#include "support/testenv.h"
+
+#include <QApplication>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char **argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    // Listing the tests (discovery at build time) needs no server.
+    if (::testing::GTEST_FLAG(list_tests))
+        return RUN_ALL_TESTS();
+    testenv::SetUp();
+    const int rc = RUN_ALL_TESTS();
+    testenv::TearDown();
+    return rc;
+}
