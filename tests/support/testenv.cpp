@@ -1,5 +1,6 @@
 #include "support/testenv.h"
 
+#include "core/codepage.h"
 #include "core/config.h"
 #include "core/db.h"
 #include "core/msg.h"
@@ -85,7 +86,7 @@ void WriteIni(const QString &content)
 {
     QFile f(Session().IniPath);
     ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    f.write(content.toUtf8());
+    f.write(ToCp1250(content));   // the file is Windows-1250, as a workstation has it
 }
 
 void FreshDatabases(bool demo)
@@ -211,3 +212,5 @@ ProcessEndRecorder::ProcessEndRecorder()
 ProcessEndRecorder::~ProcessEndRecorder() { SetEndProcessHandler({}); }
 
 } // namespace testenv
+
+void PrintTo(const QString &text, std::ostream *os) { *os << '"' << text.toStdString() << '"'; }

@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <deque>
+#include <ostream>
 #include <optional>
 #include <vector>
 
@@ -72,3 +73,6 @@ public:
 };
 
 } // namespace testenv
+
+// Readable QString values in test failure messages.
+void PrintTo(const QString &text, std::ostream *os);
