@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# The private server script: start, a second start that does nothing, a stale pid file
+# after a crash, stop that ends only its own server, status codes.
+set -u
+here=$(cd "$(dirname "$0")/../.." && pwd)
+dbserver="$here/scripts/dbserver"
+dir=$(mktemp -d)
+trap '"$dbserver" --dir "$dir" stop >/dev/null 2>&1; rm -rf "$dir"' EXIT
+passed=0; failed=0
+check() { if eval "$2"; then passed=$((passed+1)); else failed=$((failed+1)); echo "FAILED: $1"; fi; }
+
+"$dbserver" --dir "$dir" --port auto start >/dev/null
+check "starts" '"$dbserver" --dir "$dir" status >/dev/null'
+check "option file has the group" 'grep -q "^\[fondarix\]" "$dir/fondarix.cnf" && grep -q "^password=." "$dir/fondarix.cnf"'
+pid=$(cat "$dir/mariadbd.pid")
+check "second start is a no-op" '"$dbserver" --dir "$dir" start | grep -q "already running" && [ "$(cat "$dir/mariadbd.pid")" = "$pid" ]'
+user=$(sed -n 's/^user=//p' "$dir/fondarix.cnf"); pw=$(sed -n 's/^password=//p' "$dir/fondarix.cnf")
+check "account works over TCP" 'mariadb --no-defaults -h127.0.0.1 -P"$(cat "$dir/port")" -u"$user" -p"$pw" -N -e "SELECT @@character_set_server, @@lower_case_table_names" | grep -q "cp1250.1"'
+
+# A crash leaves a stale pid file behind; the next start must not be fooled by it.
+kill -9 "$pid"; sleep 0.5
+check "stale pid is not running" '! "$dbserver" --dir "$dir" status >/dev/null'
+"$dbserver" --dir "$dir" start >/dev/null
+check "starts again after a crash" '"$dbserver" --dir "$dir" status >/dev/null && [ "$(cat "$dir/mariadbd.pid")" != "$pid" ]'
+check "same account after restart" 'mariadb --no-defaults -h127.0.0.1 -P"$(cat "$dir/port")" -u"$user" -p"$pw" -e "SELECT 1" >/dev/null'
+
+"$dbserver" --dir "$dir" stop >/dev/null
+check "stops" '! "$dbserver" --dir "$dir" status >/dev/null'
+"$dbserver" --dir "$dir" status >/dev/null; rc=$?
+check "status of a stopped server is 3" '[ $rc -eq 3 ]'
+# A pid file naming another program: stop must leave that program alone.
+sleep 300 & other=$!
+echo "$other" >"$dir/mariadbd.pid"
+"$dbserver" --dir "$dir" stop >/dev/null
+check "stop leaves a foreign pid alone" 'kill -0 $other 2>/dev/null'
+kill $other 2>/dev/null
+
+echo "$passed passed, $failed failed"
+[ "$failed" -eq 0 ]
