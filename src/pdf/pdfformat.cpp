@@ -16,13 +16,16 @@ double RoundHalfEven(double Value, int Digits)
     return std::nearbyint(Value * scale) / scale + 0.0;
 }
 
-std::string FormatNum(double Value, int16_t Digits)
+std::string NumText(double Value)
 {
     char buf[40];
-    // 15 significant digits is what the platform prints for a double.
-    const auto res = std::to_chars(buf, buf + sizeof buf, RoundHalfEven(Value, Digits),
-                                   std::chars_format::general, 15);
+    const auto res = std::to_chars(buf, buf + sizeof buf, Value, std::chars_format::general, 15);
     return std::string(buf, res.ptr);
+}
+
+std::string FormatNum(double Value, int16_t Digits)
+{
+    return NumText(RoundHalfEven(Value, Digits));
 }
 
 std::string EscapeText(std::string_view Text)

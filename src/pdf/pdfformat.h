@@ -13,6 +13,10 @@ namespace pdf {
 // platform's round function; never gives a negative zero.
 double RoundHalfEven(double Value, int Digits);
 
+// A number as the platform prints a double: up to 15 significant digits,
+// full stop as decimal separator, no trailing zeros.
+std::string NumText(double Value);
+
 // The rounded value as the shortest text, full stop as decimal separator,
 // no padding and no trailing zeros: 12.50 -> "12.5", 12 -> "12".
 std::string FormatNum(double Value, int16_t Digits);
