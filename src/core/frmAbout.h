@@ -1,0 +1,15 @@
+#pragma once
+// "O autoře": the program's name, version and copyright. The version and copyright
+// texts are shared with the splash screen and the status bar.
+
+#include <QDialog>
+
+class frmAbout : public QDialog {
+    Q_OBJECT
+public:
+    explicit frmAbout(QWidget *parent = nullptr);
+};
+
+QString VersionLabelText();     // "verze 2.4.1"
+QString CopyrightLabelText();   // "© Copyright 2025. All rights reserved"
+QString StatusVersionText();    // "Fondarix verze 2.4.1  © Copyright 2025"
