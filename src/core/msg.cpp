@@ -56,7 +56,7 @@ int realMessage(const QString &text, int style, const QString &title, int x, int
     if (x != 0 || y != 0)
         box.move(x, y);
     bool timedOut = false;
-    QTimer::singleShot(MsgAutoCloseMs, &box, [&box, &timedOut] {
+    QTimer::singleShot(MsgAutoCloseMs, Qt::PreciseTimer, &box, [&box, &timedOut] {
         timedOut = true;
         box.done(0);
     });
