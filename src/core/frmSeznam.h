@@ -1,0 +1,62 @@
+#pragma once
+// A small list screen on one table of the system database: a grid bound to the table,
+// add (F7) and delete (F8) through questions, edit of a cell by double-click, Esc closes.
+// frmSeznamUs and frmSeznamUz are two such lists.
+
+#include <QDialog>
+#include <QList>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+class DbConnection;
+class QModelIndex;
+class QPushButton;
+class QSqlTableModel;
+class QTableView;
+
+class frmSeznam : public QDialog {
+    Q_OBJECT
+public:
+    ~frmSeznam() override;
+
+    // A shown column: its name in the table, and the input-box prompts for a new row
+    // and for an edit of the cell.
+    struct Column {
+        QString name;
+        QString addPrompt;
+        QString editPrompt;
+    };
+
+    void Add();
+    void Delete();
+    void Edit(const QModelIndex &index);
+
+protected:
+    explicit frmSeznam(QWidget *parent = nullptr);
+
+    // Binds the table; columns other than those given are hidden. Returns false with
+    // a message when the table cannot be opened.
+    bool bindTable(const QString &table, const QList<Column> &columns, const QString &sortColumn = QString());
+    void setDeleteQuestion(const QString &question, const QString &title);
+    QSqlTableModel *model() const { return m_model.get(); }
+
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    const Column *listed(const QString &fieldName) const;
+    bool submit();
+    std::optional<QString> ask(const QString &prompt, const QString &title, const QString &value = QString());
+
+    QTableView *DataGrid1;
+    QPushButton *cmdAdd;
+    QPushButton *cmdDelete;
+    QPushButton *cmdClose;
+
+    QList<Column> m_columns;
+    QString m_deleteQuestion;
+    QString m_deleteTitle;
+    std::unique_ptr<DbConnection> m_connection;
+    std::unique_ptr<QSqlTableModel> m_model;   // after the connection: goes first
+};
