@@ -1,0 +1,48 @@
+#include "app/frmShowMenu.h"
+
+#include "core/msg.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QSystemTrayIcon>
+#include <QWidget>
+
+frmShowMenu::frmShowMenu(QWidget *mainWindow)
+    : QObject(mainWindow)
+    , mainWindow(mainWindow)
+{
+    if (!QSystemTrayIcon::isSystemTrayAvailable())
+        return;
+    menu = new QMenu(QStringLiteral("Shell Menu"));
+    QAction *show = menu->addAction(QStringLiteral("Zobrazit seznam"));
+    show->setObjectName(QStringLiteral("itm_Show"));   // has no action of its own
+    QAction *quit = menu->addAction(QStringLiteral("Ukončit program"));
+    quit->setObjectName(QStringLiteral("itm_quit"));
+    connect(quit, &QAction::triggered, this, [this] {
+        Remove();
+        EndProcess(0);
+    });
+
+    icon = new QSystemTrayIcon(mainWindow->windowIcon(), this);
+    icon->setToolTip(QStringLiteral("Program Fondarix"));
+    icon->setContextMenu(menu);
+    connect(icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason != QSystemTrayIcon::Trigger)
+            return;
+        // A click on the icon brings a minimised main window back to the front.
+        if (this->mainWindow->isMinimized())
+            this->mainWindow->showNormal();
+        this->mainWindow->show();
+        this->mainWindow->raise();
+        this->mainWindow->activateWindow();
+    });
+    icon->show();
+}
+
+frmShowMenu::~frmShowMenu() { delete menu; }
+
+void frmShowMenu::Remove()
+{
+    if (icon)
+        icon->hide();
+}

@@ -1,0 +1,24 @@
+#pragma once
+// The tray icon of the program and its pop-up menu "Shell Menu".
+
+#include <QObject>
+
+class QMenu;
+class QSystemTrayIcon;
+class QWidget;
+
+class frmShowMenu : public QObject {
+    Q_OBJECT
+public:
+    // Adds the icon for the main window; nothing appears where the desktop has no tray.
+    explicit frmShowMenu(QWidget *mainWindow);
+    ~frmShowMenu() override;
+
+    // Takes the icon away (at the end of the program).
+    void Remove();
+
+private:
+    QWidget *mainWindow;
+    QMenu *menu = nullptr;
+    QSystemTrayIcon *icon = nullptr;
+};

@@ -1,0 +1,41 @@
+#include "app/screens.h"
+
+#include "app/commands.h"
+#include "core/frmAbout.h"
+#include "core/frmKalendar.h"
+#include "core/routing.h"
+#include "core/session.h"
+#include "core/text.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+QString HelpFilePath()
+{
+    // Beside the executable when installed (or where the settings put it), else in the sources.
+    const QStringList candidates{
+        Session().DirExe + QStringLiteral("/help/index.html"),
+        QCoreApplication::applicationDirPath() + QStringLiteral("/../share/fondarix/help/index.html"),
+        QStringLiteral(FONDARIX_SOURCE_DIR "/share/help/index.html"),
+    };
+    for (const QString &path : candidates)
+        if (QFileInfo::exists(path))
+            return QFileInfo(path).canonicalFilePath();
+    return candidates.last();
+}
+
+void RegisterScreens()
+{
+    RegisterCommand(QLatin1String(CommandAbout), [](QWidget *main) {
+        frmAbout about(main);
+        about.exec();
+    });
+    RegisterCommand(QStringLiteral("mnuKalendar"), [](QWidget *main) {
+        frmKalendar kalendar(main);
+        kalendar.exec();
+    });
+    RegisterCommand(QStringLiteral("mnuHelp"), [](QWidget *) {
+        QString path = HelpFilePath();
+        ViewHTML(path);
+    });
+}
