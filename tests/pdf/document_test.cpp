@@ -167,31 +167,6 @@ void ExpectPageLengthsExact(const std::string &pdf)
     EXPECT_GT(pages, 0);
 }
 
-// qpdf --check must find no error. It warns about what this format does on
-// purpose, and about nothing else:
-// - /Size is the highest object number, not one more;
-// - the xref line of the reserved number 4 repeats that of 5, so qpdf finds
-//   no "4 0 obj" there, calls the file damaged and rebuilds the table;
-// - image streams start after a lone CR.
-void ExpectQpdfAccepts(const fs::path &path)
-{
-    if (!HaveTool("qpdf"))
-        GTEST_SKIP() << "qpdf missing";
-    const ToolResult r = RunTool("qpdf --check '" + path.string() + "'");
-    EXPECT_TRUE(r.status == 0 || r.status == 3) << r.output;
-    const std::regex allowed(
-        "reported number of objects \\([0-9]+\\) is not one plus the highest object number"
-        "|expected 4 0 obj|file is damaged|Attempting to reconstruct cross-reference table"
-        "|object 4 0 not found in file after regenerating cross reference table"
-        "|stream keyword followed by carriage return only");
-    std::istringstream lines(r.output);
-    for (std::string line; std::getline(lines, line);) {
-        EXPECT_EQ(line.find("error"), std::string::npos) << line;
-        if (line.starts_with("WARNING"))
-            EXPECT_TRUE(std::regex_search(line, allowed)) << line;
-    }
-}
-
 } // namespace
 
 TEST(Document, OrderFormHasFixedObjectOrderXrefAndTrailer)

@@ -1,0 +1,266 @@
+// The BMP readers, the image objects and BMP files that lie.
+
+#include "testpdf.h"
+#include "pdf/pdfformat.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+using namespace pdftest;
+
+// The largest single allocation since the last reset, to show that a header
+// claiming a huge picture does not make the reader reserve it.
+static std::atomic<std::size_t> gLargestAllocation{0};
+
+void *operator new(std::size_t size)
+{
+    std::size_t seen = gLargestAllocation.load();
+    while (size > seen && !gLargestAllocation.compare_exchange_weak(seen, size)) {
+    }
+    if (void *p = std::malloc(size ? size : 1))
+        return p;
+    throw std::bad_alloc();
+}
+void operator delete(void *p) noexcept { std::free(p); }
+void operator delete(void *p, std::size_t) noexcept { std::free(p); }
+
+namespace {
+
+struct Picture {
+    bool ok = false;
+    std::vector<uint8_t> data, palette;
+    int32_t width = 0, height = 0;
+    uint8_t bits = 0;
+};
+
+Picture ReadNew(const std::string &bmp, bool gray = false)
+{
+    const fs::path path = ScratchFile(".bmp");
+    WriteFile(path, bmp);
+    Picture p;
+    clsPDFCreator pdf;
+    pdf.LeggeBMP_new(path.string(), p.data, p.palette, p.width, p.height, p.bits, gray, p.ok);
+    return p;
+}
+
+// What LoadImgFromBMPFile writes for the picture, after the Info object.
+std::string LoadedObjects(const std::string &bmp, bool gray, bool &ok)
+{
+    const fs::path path = ScratchFile(".bmp");
+    WriteFile(path, bmp);
+    return Written([&](clsPDFCreator &pdf) { pdf.LoadImgFromBMPFile("Img1", path.string(), gray, "", ok); });
+}
+
+// Rows of `bytes` bytes each, counting up, padded with 0xEE to `stride`.
+std::string Rows(int height, int bytes, int stride)
+{
+    std::string rows;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < bytes; ++x)
+            rows += char(y * 16 + x);
+        rows.append(std::size_t(stride - bytes), '\xEE');
+    }
+    return rows;
+}
+
+std::vector<uint8_t> Palette(int entries)
+{
+    std::vector<uint8_t> palette;
+    for (int e = 0; e < entries; ++e)
+        palette.insert(palette.end(), {uint8_t(e), uint8_t(e + 1), uint8_t(e + 2), 0});
+    return palette;
+}
+
+std::vector<uint8_t> Bytes(const std::string &s) { return {s.begin(), s.end()}; }
+
+} // namespace
+
+TEST(Bmp, EightBitRowsLoseTheirPaddingOnly)
+{
+    const Picture narrow = ReadNew(MakeBMP(8, 10, 3, Palette(256), Rows(3, 10, 12)));
+    ASSERT_TRUE(narrow.ok);
+    EXPECT_EQ(narrow.data, Bytes(Rows(3, 10, 10)));
+    EXPECT_EQ(narrow.width, 10);
+    EXPECT_EQ(narrow.height, 3);
+    EXPECT_EQ(narrow.bits, 8);
+    const Picture even = ReadNew(MakeBMP(8, 8, 3, Palette(256), Rows(3, 8, 8)));
+    EXPECT_EQ(even.data, Bytes(Rows(3, 8, 8)));
+}
+
+TEST(Bmp, OneAndFourBitRowsKeepTheirPadding)
+{
+    for (const auto &[bits, width, bytes] : std::vector<std::array<int, 3>>{{1, 10, 2}, {1, 32, 4}, {4, 6, 3}, {4, 8, 4}}) {
+        const std::string rows = Rows(5, bytes, 4);
+        const Picture p = ReadNew(MakeBMP(uint16_t(bits), width, 5, Palette(1 << bits), rows));
+        ASSERT_TRUE(p.ok) << bits << " bits, width " << width;
+        EXPECT_EQ(p.data, Bytes(rows)) << bits << " bits, width " << width;
+        EXPECT_EQ(p.palette.size(), 3u << bits);
+    }
+}
+
+TEST(Bmp, TwentyFourBitTurnsToRgbAndSkipsPadding)
+{
+    auto pixel = [](int x, int y) { return std::array<uint8_t, 3>{uint8_t(x), uint8_t(y), uint8_t(100 + x)}; };
+    for (int width : {10, 8, 7}) {
+        const Picture p = ReadNew(MakeBMP24(width, 2, pixel));
+        ASSERT_TRUE(p.ok);
+        std::vector<uint8_t> rgb;
+        for (int y = 0; y < 2; ++y)
+            for (int x = 0; x < width; ++x)
+                rgb.insert(rgb.end(), {uint8_t(100 + x), uint8_t(y), uint8_t(x)});
+        EXPECT_EQ(p.data, rgb) << width;
+    }
+}
+
+TEST(Bmp, GrayWeightsAreTruncatedAndCapped)
+{
+    const std::vector<std::array<uint8_t, 3>> bgr = {{0, 0, 255}, {255, 255, 255}, {100, 200, 50}};
+    const Picture p = ReadNew(MakeBMP24(3, 1, [&](int x, int) { return bgr[std::size_t(x)]; }), true);
+    EXPECT_EQ(p.data, (std::vector<uint8_t>{84, 255, 145}));
+}
+
+TEST(Bmp, TheTwoReadersDifferInThePalette)
+{
+    // Entry 0 is blue 1, green 2, red 3; entry 1 blue 201, green 101, red 1.
+    std::vector<uint8_t> palette = {1, 2, 3, 0, 201, 101, 1, 0};
+    const std::string bmp = MakeBMP(1, 32, 1, palette, std::string(4, '\x55'));
+    EXPECT_EQ(ReadNew(bmp).palette, (std::vector<uint8_t>{3, 2, 1, 1, 101, 201}));
+    EXPECT_EQ(ReadNew(bmp, true).palette, (std::vector<uint8_t>{2, 82}));
+    bool ok = false;
+    // The old reader keeps blue, green, red and weighs blue by 0.33.
+    EXPECT_NE(LoadedObjects(bmp, false, ok).find("<</Length 6 >>\rstream\r\x01\x02\x03\xC9\x65\x01\rendstream"),
+              std::string::npos);
+    EXPECT_TRUE(ok);
+    EXPECT_NE(LoadedObjects(bmp, true, ok).find("/ColorSpace [/Indexed /DeviceGray 1 7 0 R]"), std::string::npos);
+    EXPECT_NE(LoadedObjects(bmp, true, ok).find("<</Length 2 >>\rstream\r\x01\x7E\rendstream"), std::string::npos);
+}
+
+TEST(Images, BmpBecomesImageLengthAndPaletteObjects)
+{
+    bool ok = false;
+    const std::string data = Rows(3, 10, 10);
+    std::string palette;
+    for (int e = 0; e < 256; ++e)
+        palette += {char(e), char(e + 1), char(e + 2)};
+    EXPECT_EQ(LoadedObjects(MakeBMP(8, 10, 3, Palette(256), Rows(3, 10, 12)), false, ok),
+              "5 0 obj\r\n<<\r/Type /XObject\r/Subtype /Image\r/Name /Img1\r/Width 10\r/Height 3\r\n"
+              "/BitsPerComponent 8\r/ColorSpace [/Indexed /DeviceRGB 255 7 0 R]\r/Length 6 0 R\r\n"
+              ">>\rstream\r" + data + "\rendstream\r\nendobj\r\n"
+              "6 0 obj\r\n30\r\nendobj\r\n"
+              "7 0 obj\r\n<</Length 768 >>\rstream\r" + palette + "\rendstream\r\nendobj\r\n");
+    EXPECT_TRUE(ok);
+}
+
+TEST(Images, Ascii85StreamsLeaveTheEndMarkOutOfTheirLength)
+{
+    const std::string out = Written([](clsPDFCreator &pdf) {
+        pdf.EncodeASCII85(true);
+        pdf.LoadImgFromBuffer("I", {0, 0, 0, 0, 1, 2}, {}, 2, 1, 24, false);
+        pdf.LoadImgFromBuffer("P", {0}, {9, 9, 9, 8, 8, 8}, 1, 1, 1, false);
+    });
+    const std::string pixels = pdf::ASCII85(std::array<uint8_t, 6>{0, 0, 0, 0, 1, 2}.data(), 6);
+    EXPECT_NE(out.find("/Width 2\r/Height 1\r/Filter /ASCII85Decode\r\n/BitsPerComponent 8\r/ColorSpace /DeviceRGB\r"
+                       "/Length 6 0 R\r\n>>\rstream\r" + pixels + "\rendstream\r\nendobj\r\n6 0 obj\r\n" +
+                       std::to_string(pixels.size() - 2) + "\r\n"),
+              std::string::npos);
+    EXPECT_NE(out.find("<</Filter /ASCII85Decode\r/Length 8 >>\rstream\r"), std::string::npos);
+}
+
+TEST(Images, EncodedArrayIsJpegUnderAscii85)
+{
+    const std::string out = Written([](clsPDFCreator &pdf) {
+        pdf.LoadImgFromArray("J", {}, {}, 4, 4, 24, false, "s8W-!~>");
+        bool ok = true;
+        pdf.LoadImgFromBMPFile("X", "/nonexistent.bmp", false, "", ok);
+        EXPECT_FALSE(ok);
+    });
+    EXPECT_EQ(out, "5 0 obj\r\n<<\r/Type /XObject\r/Subtype /Image\r/Name /J\r/Width 4\r/Height 4\r\n"
+                   "/BitsPerComponent 8\r/ColorSpace /DeviceRGB\r/Length 8\r/Filter[/ASCII85Decode/DCTDecode]\r\n"
+                   ">>\rstream\rs8W-!~>\rendstream\r\nendobj\r\n6 0 obj\r\n7\r\nendobj\r\n");
+}
+
+TEST(Images, BadBmpGivesNotOkNothingWrittenAndNoLargeAllocation)
+{
+    auto header = [](uint16_t bits, int32_t width, int32_t height, std::size_t dataBytes) {
+        return MakeBMP(bits, width, height, Palette(bits <= 8 ? 1 << bits : 0), std::string(dataBytes, '\x11'));
+    };
+    std::string farOffset = header(24, 4, 4, 48);
+    farOffset[10] = farOffset[11] = farOffset[12] = '\xF0', farOffset[13] = '\x7F';
+    const std::vector<std::pair<const char *, std::string>> cases = {
+        {"not BM", "XY" + header(24, 4, 4, 48).substr(2)},
+        {"header cut", header(24, 4, 4, 48).substr(0, 30)},
+        {"data cut", header(24, 100, 100, 10)},
+        {"palette cut", header(8, 4, 4, 16).substr(0, 300)},
+        {"huge width", header(24, 0x7FFFFFFF, 1, 16)},
+        {"huge height", header(24, 1, 0x7FFFFFFF, 16)},
+        {"huge both", header(8, 0x7FFFFFFF, 0x7FFFFFFF, 16)},
+        {"negative height", header(24, 4, -4, 48)},
+        {"negative width", header(24, -4, 4, 48)},
+        {"zero width", header(24, 0, 4, 48)},
+        {"16 bits", header(16, 4, 4, 48)},
+        {"32 bits", header(32, 4, 4, 64)},
+        {"2 bits", header(2, 4, 4, 16)},
+        {"0 bits", header(0, 4, 4, 16)},
+        {"offset past the end", farOffset},
+        {"empty file", ""},
+    };
+    for (const auto &[what, bmp] : cases) {
+        gLargestAllocation = 0;
+        bool ok = true;
+        EXPECT_EQ(LoadedObjects(bmp, false, ok), "") << what;
+        EXPECT_FALSE(ok) << what;
+        EXPECT_FALSE(ReadNew(bmp).ok) << what;
+        EXPECT_LT(gLargestAllocation.load(), std::size_t(1) << 20) << what;
+    }
+}
+
+TEST(Images, EveryDepthInADocumentReadsBackInTools)
+{
+    const fs::path path = SampleDir() / "images.pdf";
+    std::vector<std::string> files;
+    auto add = [&](const std::string &bmp) {
+        files.push_back(ScratchFile("." + std::to_string(files.size()) + ".bmp").string());
+        WriteFile(files.back(), bmp);
+    };
+    const std::vector<uint8_t> bw = {0, 0, 0, 0, 255, 255, 255, 0};
+    add(MakeBMP(1, 32, 16, bw, Rows(16, 4, 4)));
+    add(MakeBMP(4, 8, 8, Palette(16), Rows(8, 4, 4)));
+    add(MakeBMP(8, 10, 10, Palette(256), Rows(10, 10, 12)));
+    add(MakeBMP24(30, 10, [](int x, int y) { return std::array<uint8_t, 3>{uint8_t(x * 8), uint8_t(y * 25), 200}; }));
+    {
+        clsPDFCreator pdf;
+        ASSERT_TRUE(pdf.InitPDFFile(path.string()));
+        // Two fonts put the page at 14, the number ClosePDFFile names.
+        pdf.LoadFont("F1", 8, "Times New Roman", 0);
+        pdf.LoadFont("F2", 12, "Times New Roman", 1);
+        auto page = [&](bool measure) {
+            int32_t total = 0, len = 0;
+            for (std::size_t i = 0; i < files.size(); ++i) {
+                pdf.DrawImg("Img" + std::to_string(i), 2 + 4.5f * float(i), 20, 4, 4, measure, len);
+                total += len - 1; // DrawImg counts one byte over
+            }
+            return total;
+        };
+        pdf.LoadStrem(page(true));
+        page(false);
+        pdf.EndStrem();
+        int16_t content = 0;
+        pdf.TypePage(content);
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            bool ok = false;
+            pdf.LoadImgFromBMPFile("Img" + std::to_string(i), files[i], i == 1, "", ok);
+            EXPECT_TRUE(ok) << i;
+        }
+        pdf.SetPages(1);
+        pdf.CreatePDFZaver(pdf);
+        pdf.ClosePDFFile({});
+    }
+    ExpectQpdfAccepts(path);
+    if (!HaveTool("pdftoppm"))
+        GTEST_SKIP() << "pdftoppm missing";
+    const ToolResult render = RunTool("pdftoppm -png -r 40 -singlefile '" + path.string() + "' '" +
+                                      (SampleDir() / "images").string() + "'");
+    EXPECT_EQ(render.status, 0);
+    EXPECT_EQ(render.output, "");
+}
