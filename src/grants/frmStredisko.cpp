@@ -1,0 +1,267 @@
+#include "grants/frmStredisko.h"
+
+#include "core/db.h"
+#include "core/msg.h"
+#include "core/rights.h"
+#include "core/session.h"
+#include "grants/amount.h"
+#include "grants/granttables.h"
+
+#include <QAbstractTableModel>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeySequence>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace {
+StrediskoPrinter &Printer()
+{
+    static StrediskoPrinter printer;
+    return printer;
+}
+
+enum Column { ColGrant, ColUcet, ColNazev, ColPlan, ColCerpani, ColZustatek, ColProcent, ColumnCount };
+} // namespace
+
+void SetStrediskoPrinter(StrediskoPrinter printer) { Printer() = std::move(printer); }
+
+// The grid's view of the screen's rows; an edited budget goes back through the screen.
+class StrediskoModel : public QAbstractTableModel {
+public:
+    explicit StrediskoModel(frmStredisko *screen) : QAbstractTableModel(screen), m_screen(screen) {}
+
+    int rowCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : m_screen->m_rows.size(); }
+    int columnCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : ColumnCount; }
+
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override
+    {
+        static const char *const names[] = {"Grant", "Ucet", "Nazev", "Castka_plan", "Castka_cerpani", "Zustatek", "procent"};
+        if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < ColumnCount)
+            return QString::fromLatin1(names[section]);
+        return QAbstractTableModel::headerData(section, orientation, role);
+    }
+
+    QVariant data(const QModelIndex &index, int role) const override
+    {
+        if (!index.isValid())
+            return {};
+        const GroupRow &r = m_screen->m_rows.at(index.row());
+        if (role == Qt::TextAlignmentRole && index.column() >= ColPlan)
+            return int(Qt::AlignRight | Qt::AlignVCenter);
+        if (role != Qt::DisplayRole && role != Qt::EditRole)
+            return {};
+        switch (index.column()) {
+        case ColGrant: return r.grant;
+        case ColUcet: return r.ucet;
+        case ColNazev: return r.nazev;
+        case ColPlan: return r.plan;
+        case ColCerpani: return r.cerpani;
+        case ColZustatek: return r.zustatek;
+        case ColProcent: return r.procent;
+        }
+        return {};
+    }
+
+    Qt::ItemFlags flags(const QModelIndex &index) const override
+    {
+        Qt::ItemFlags f = QAbstractTableModel::flags(index);
+        return index.column() == ColPlan ? f | Qt::ItemIsEditable : f;
+    }
+
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override
+    {
+        if (role != Qt::EditRole || index.column() != ColPlan || !m_screen->editPlan(index.row(), value.toString()))
+            return false;
+        emit dataChanged(this->index(index.row(), 0), this->index(index.row(), ColumnCount - 1));
+        return true;
+    }
+
+    void reset()
+    {
+        beginResetModel();
+        endResetModel();
+    }
+    void removeRow(int row)
+    {
+        beginRemoveRows({}, row, row);
+        m_screen->m_rows.removeAt(row);
+        endRemoveRows();
+    }
+
+private:
+    frmStredisko *m_screen;
+};
+
+frmStredisko::frmStredisko(QWidget *parent) : QDialog(parent)
+{
+    setObjectName(QStringLiteral("frmStredisko"));
+    setWindowTitle(QStringLiteral("Středisko"));
+    resize(980, 600);
+
+    auto *heading = new QLabel(QStringLiteral("Počateční částky za STŘEDISKO dle skupiny účtů"), this);
+    heading->setObjectName(QStringLiteral("Label1"));
+    QFont bold = heading->font();
+    bold.setBold(true);
+    bold.setPointSize(bold.pointSize() + 2);
+    heading->setFont(bold);
+
+    m_model = new StrediskoModel(this);
+    DataGrid1 = new QTableView(this);
+    DataGrid1->setObjectName(QStringLiteral("DataGrid1"));
+    DataGrid1->setModel(m_model);
+    DataGrid1->setSelectionBehavior(QAbstractItemView::SelectRows);
+    DataGrid1->setSelectionMode(QAbstractItemView::SingleSelection);
+    DataGrid1->verticalHeader()->setDefaultSectionSize(22);
+    DataGrid1->horizontalHeader()->setStretchLastSection(true);
+    for (int c : {ColGrant, ColPlan, ColCerpani, ColZustatek})
+        DataGrid1->setColumnWidth(c, c == ColGrant ? 70 : 120);
+    DataGrid1->setColumnWidth(ColUcet, 150);
+    DataGrid1->setColumnWidth(ColNazev, 210);
+
+    auto *totals = new QHBoxLayout;
+    auto *totalLabel = new QLabel(QStringLiteral("Celkem za středisko, Kč "), this);
+    totalLabel->setObjectName(QStringLiteral("Label2"));
+    totals->addWidget(totalLabel);
+    for (int i = 0; i < 3; ++i) {
+        txtCelkem[i] = new QLineEdit(this);
+        txtCelkem[i]->setObjectName(QStringLiteral("txtCelkem%1").arg(i));
+        txtCelkem[i]->setReadOnly(true);
+        txtCelkem[i]->setAlignment(Qt::AlignRight);
+        totals->addWidget(txtCelkem[i]);
+    }
+
+    auto button = [this](QPushButton *&b, const char *name, const QString &caption) {
+        b = new QPushButton(caption, this);
+        b->setObjectName(QLatin1String(name));
+        b->setAutoDefault(false);
+    };
+    button(cmdFind, "cmdFind", QStringLiteral("F7-&Najit"));
+    button(cmdDelete, "cmdDelete", QStringLiteral("F8-&Smazat"));
+    button(cmdCompare, "cmdCompare", QStringLiteral("&Porovnání"));
+    button(cmdPrint, "cmdPrint", QStringLiteral("&Tisk"));
+    button(cmdClose, "cmdClose", QStringLiteral("Zavřít"));
+    cmdFind->setShortcut(QKeySequence(Qt::Key_F7));
+    cmdDelete->setShortcut(QKeySequence(Qt::Key_F8));
+
+    const bool admin = CanDeleteStredisko(Session().UserTyp);
+    cmdDelete->setEnabled(admin);
+    cmdCompare->setEnabled(admin);
+    cmdPrint->setEnabled(bool(Printer()));
+
+    auto *buttons = new QHBoxLayout;
+    for (QPushButton *b : {cmdFind, cmdDelete, cmdCompare, cmdPrint})
+        buttons->addWidget(b);
+    buttons->addStretch();
+    buttons->addWidget(cmdClose);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(heading);
+    layout->addWidget(DataGrid1, 1);
+    layout->addLayout(totals);
+    layout->addLayout(buttons);
+
+    connect(cmdFind, &QPushButton::clicked, this, &frmStredisko::cmdFind_Click);
+    connect(cmdDelete, &QPushButton::clicked, this, &frmStredisko::cmdDelete_Click);
+    connect(cmdCompare, &QPushButton::clicked, this, &frmStredisko::cmdCompare_Click);
+    connect(cmdPrint, &QPushButton::clicked, this, [this] { Printer()(this); });
+    connect(cmdClose, &QPushButton::clicked, this, &QDialog::accept);
+}
+
+void frmStredisko::load()
+{
+    DbConnection conn(ConnStrGranty());
+    const QString filter = Session().UserFiltrGrant;
+    if (!conn.isOpen() || !LoadGrantBudgets(conn, filter, &m_grants) || !LoadStredisko(conn, filter, &m_rows)) {
+        ShowDbError(conn);
+        m_grants.clear();
+        m_rows.clear();
+    } else if (m_grants.isEmpty()) {
+        MsgBox(QStringLiteral("Není vytvořen seznam GRANTu s rozpočtovýma částkama!"));
+    }
+    m_castka1.clear();
+    for (const GrantBudget &g : m_grants)
+        m_castka1.insert(g.grant, g.castka1);
+    m_model->reset();
+    showTotals();
+    if (!m_rows.isEmpty())
+        DataGrid1->selectRow(0);
+}
+
+void frmStredisko::showTotals()
+{
+    const GroupTotals t = SumGroupRows(m_rows);
+    txtCelkem[0]->setText(FormatAmount(t.plan));
+    txtCelkem[1]->setText(FormatAmount(t.cerpani));
+    txtCelkem[2]->setText(FormatAmount(t.zustatek));
+}
+
+bool frmStredisko::editPlan(int row, const QString &value)
+{
+    GroupRow edited = m_rows.at(row);
+    const double grantTotal = PlanSumsByGrant(m_rows).value(edited.grant);
+    const QString refusal = BudgetCheck(edited.grant, m_castka1.value(edited.grant), value, edited.plan,
+                                        FormatAmount(grantTotal));
+    if (!refusal.isEmpty()) {
+        MsgBox(refusal, MsgWarning);
+        return false;
+    }
+    edited.plan = value;
+    SpoctiRadek(edited);
+    DbConnection conn(ConnStrGranty());
+    if (!conn.isOpen() || !SaveGroupFigures(conn, edited))
+        return ShowDbError(conn);
+    m_rows[row] = edited;
+    showTotals();
+    return true;
+}
+
+void frmStredisko::cmdFind_Click()
+{
+    const std::optional<QString> answer = InputBox(QStringLiteral("Zadejte číslo GRANTu:"), QStringLiteral("Find"));
+    if (!answer || answer->trimmed().isEmpty())
+        return;
+    const QString number = answer->trimmed();
+    for (int i = 0; i < m_rows.size(); ++i) {
+        if (m_rows.at(i).grant.startsWith(number)) {
+            DataGrid1->selectRow(i);
+            DataGrid1->scrollTo(m_model->index(i, 0));
+            return;
+        }
+    }
+    MsgBox(QStringLiteral("GRANT ") + number + QStringLiteral(" není najden..."));
+}
+
+void frmStredisko::cmdDelete_Click()
+{
+    const QModelIndex current = DataGrid1->currentIndex();
+    if (!current.isValid())
+        return;
+    if (!Confirmed(MsgBox(QStringLiteral("Chcete opravdu zrušit položku ?"), MsgQuestionOkCancel,
+                          QStringLiteral("Delete row"))))
+        return;
+    DbConnection conn(ConnStrGranty());
+    if (!conn.isOpen() || !DeleteGroupRow(conn, m_rows.at(current.row()).id)) {
+        ShowDbError(conn);
+        return;
+    }
+    m_model->removeRow(current.row());
+    showTotals();
+}
+
+void frmStredisko::cmdCompare_Click()
+{
+    const QString text = CompareText(m_grants, PlanSumsByGrant(m_rows));
+    if (!text.isEmpty())
+        MsgBox(text, MsgInformation);
+}
+
+void ShowStredisko(QWidget *parent)
+{
+    frmStredisko screen(parent);
+    screen.load();
+    screen.exec();
+}

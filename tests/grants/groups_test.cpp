@@ -1,0 +1,168 @@
+#include "core/db.h"
+#include "grants/amount.h"
+#include "grants/granttables.h"
+#include "grants/skupuctu.h"
+#include "grants/skupuctugrant.h"
+#include "support/testenv.h"
+
+#include <gtest/gtest.h>
+
+using namespace testenv;
+
+namespace {
+const QString Granty = QString::fromLatin1(GrantyDbName);
+
+GroupRow Row(const QString &plan, const QString &cerpani)
+{
+    GroupRow r;
+    r.plan = plan;
+    r.cerpani = cerpani;
+    SpoctiRadek(r);
+    return r;
+}
+} // namespace
+
+TEST(Amount, EmptyIsZeroCommaIsDecimalAndFormattedUnpadded)
+{
+    EXPECT_EQ(AmountText(QVariant()), "0,00");
+    EXPECT_EQ(AmountText(QVariant(QString())), "0,00");
+    EXPECT_EQ(AmountText(QString("   ")), "0,00");
+    EXPECT_EQ(AmountText(QString(" 12,50 ")), "12,50");
+    EXPECT_DOUBLE_EQ(AmountValue("1 250 000,50"), 1250000.5);
+    EXPECT_DOUBLE_EQ(AmountValue("-7 955,33"), -7955.33);
+    EXPECT_DOUBLE_EQ(AmountValue("   Find error !   "), 0.0);
+    EXPECT_DOUBLE_EQ(AmountValue(""), 0.0);
+    EXPECT_EQ(FormatAmount(1234.5), "1 234,50");
+    EXPECT_EQ(FormatAmount(-0.5), "-0,50");
+    EXPECT_EQ(FormatAmount(0), "0,00");
+    EXPECT_EQ(FormatAmount(2450000), "2 450 000,00");
+    // Round trip of what is stored.
+    EXPECT_EQ(FormatAmount(AmountValue("1 973 300,15")), "1 973 300,15");
+}
+
+TEST(SpoctiRadek, RestAndShareFromTheWholeCrownsOfTheRest)
+{
+    GroupRow r = Row("1 000,00", "250,50");
+    EXPECT_EQ(r.zustatek, "749,50");
+    EXPECT_EQ(r.procent, "74,90");   // 749 * 100 / 1000, the 50 hellers do not count
+
+    r = Row("1000", "1 250,75");
+    EXPECT_EQ(r.plan, "1 000,00");
+    EXPECT_EQ(r.zustatek, "-250,75");
+    EXPECT_EQ(r.procent, "-25,00");
+
+    // 1 * 100 / 400 = 0.25 rounds to the even 0.2.
+    EXPECT_EQ(Row("400,00", "399,00").procent, "0,20");
+
+    r = Row("", "120,00");
+    EXPECT_EQ(r.plan, "0,00");
+    EXPECT_EQ(r.zustatek, "-120,00");
+    EXPECT_EQ(r.procent, "0,00");
+
+    r = Row("500,00", "");
+    EXPECT_EQ(r.zustatek, "500,00");
+    EXPECT_EQ(r.procent, "100,00");
+}
+
+TEST(BudgetCheck, NewTotalAgainstTheGrantsBudgetWithTheExactMessage)
+{
+    // Shown total 900 with the old value 100 in it: 900 - 100 + 200 = 1000 is still within.
+    EXPECT_TRUE(BudgetCheck("1201", "1 000,00", "200", "100,00", "900,00").isEmpty());
+    EXPECT_EQ(BudgetCheck("1201", "1 000,00", "1 300,50", "100,00", "900,00"),
+              QString("Částka za skupinu překročila rozpočtovou částku za tento GRANT: 1201\r\n"
+                      " z řozpočtem 1 000,00 Kč na částku 1 100,50 Kč!"));
+    // Decimals that do not add up exactly in binary are still equal to the heller.
+    EXPECT_TRUE(BudgetCheck("7", "0,30", "0,20", "", "0,10").isEmpty());
+    // A grant without budget takes no group budget at all; garbage counts as nothing.
+    EXPECT_FALSE(BudgetCheck("9", "", "0,01", "", "").isEmpty());
+    EXPECT_TRUE(BudgetCheck("9", "", "abc'", "", "").isEmpty());
+}
+
+TEST(Compare, OnlyGrantsWhoseGroupsDifferFromTheBudget)
+{
+    const QVector<GrantBudget> grants{{"1201", "1 000,00"}, {"1202", "500,00"}, {"1203", "0,00"}};
+    QMap<QString, double> sums{{"1201", 1000.0}, {"1202", 499.5}};
+    EXPECT_EQ(CompareText(grants, sums),
+              QString("Seznam GRANTu v porovnání rožpočtových částek a částek v Skupinach účtů\r\n\r\n"
+                      "Grant 1202\tRozpočet  plan: 500,00\tfakt: 499,50\r\n"));
+    sums["1202"] = 500.0;
+    EXPECT_TRUE(CompareText(grants, sums).isEmpty());
+}
+
+TEST(GrantTables, TruncateTakesOnlyPlainTableNames)
+{
+    FreshDatabases(false);
+    Exec(Granty, "INSERT INTO memImport (UCET, `GRANT`, CASTKA) VALUES ('501', '12', '0,00')");
+    DbConnection conn(ConnStrGranty());
+    EXPECT_FALSE(VymazTabulku(conn, "memImport; DROP TABLE GrantyPlan"));
+    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM memImport"), QStringList{"1"});
+    EXPECT_TRUE(VymazTabulku(conn, "memimport")) << conn.errorText().toStdString();
+    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM memImport"), QStringList{"0"});
+    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM GrantyPlan"), QStringList{"0"});
+}
+
+TEST(GrantDelete, CascadeRemovesGroupsGrantAndDocumentsAllOrNothing)
+{
+    FreshDatabases(true);
+    Exec(Granty, "INSERT INTO documents (_grant, param1) VALUES ('1201', 'Smlouva'), ('1202', 'Zpráva')");
+    Exec(Granty, "INSERT INTO ImportUctyCastky (Ucet, `Grant`, Castka) VALUES ('501', '1201', '1,00')");
+    const QStringList before = Column(Granty, "SELECT COUNT(*) FROM SkupUctuGrant");
+    {
+        DbConnection conn(ConnStrGranty());
+        ASSERT_TRUE(DeleteGrantCascade(conn, "1201")) << conn.errorText().toStdString();
+    }
+    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM SkupUctuGrant WHERE `Grant`='1201'"), QStringList{"0"});
+    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM SkupUctuGrant"), QStringList{QString::number(before[0].toInt() - 8)});
+    EXPECT_TRUE(Column(Granty, "SELECT _grant FROM GrantyPlan WHERE _grant='1201'").isEmpty());
+    EXPECT_EQ(Column(Granty, "SELECT _grant FROM documents"), QStringList{"1202"});
+    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM ImportUctyCastky"), QStringList{"1"});
+
+    // When the last step fails, the grant and its groups are still there.
+    Exec(Granty, "DROP TABLE documents");
+    DbConnection conn(ConnStrGranty());
+    EXPECT_FALSE(DeleteGrantCascade(conn, "1202"));
+    EXPECT_FALSE(conn.errorText().isEmpty());
+    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM SkupUctuGrant WHERE `Grant`='1202'"), QStringList{"8"});
+    EXPECT_EQ(Column(Granty, "SELECT _grant FROM GrantyPlan WHERE _grant='1202'"), QStringList{"1202"});
+    // DeleteGrantActiv alone takes only the group rows.
+    EXPECT_TRUE(DeleteGrantActiv(conn, "1202"));
+    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM SkupUctuGrant WHERE `Grant`='1202'"), QStringList{"0"});
+    EXPECT_EQ(Column(Granty, "SELECT _grant FROM GrantyPlan WHERE _grant='1202'"), QStringList{"1202"});
+}
+
+TEST(Catalogue, TidyOnCloseTrimsFiltersNamesAndFormatsAmounts)
+{
+    FreshDatabases(false);
+    Exec(Granty, "INSERT INTO SkupUctu (Ucet, Nazev, Castka, Zustatek) VALUES "
+                 "(' 501*,\\r\\n,,502* ', '  Materiál ', '1500', '0,00'), ('518*', 'Služby', '', NULL)");
+    DbConnection conn(ConnStrGranty());
+    ASSERT_TRUE(TidySkupUctu(conn)) << conn.errorText().toStdString();
+    EXPECT_EQ(Column(Granty, "SELECT CONCAT(Ucet, '|', Nazev, '|', Castka, '|', Zustatek) FROM SkupUctu ORDER BY Ucet"),
+              (QStringList{"501*,502*|Materiál|1 500,00|1 500,00", "518*|Služby|0,00|0,00"}));
+
+    GroupDef edited{1, "501*", "x", "", "9,00"};
+    AmountEdited(edited);
+    EXPECT_EQ(edited.castka, "0,00");
+    EXPECT_EQ(edited.zustatek, "0,00");
+}
+
+TEST(Stredisko, RowsSortedByGrantAndNameWithinTheUsersGrants)
+{
+    FreshDatabases(true);
+    DbConnection conn(ConnStrGranty());
+    QVector<GroupRow> rows;
+    ASSERT_TRUE(LoadStredisko(conn, "0", &rows));
+    ASSERT_EQ(rows.size(), 96);
+    EXPECT_EQ(rows.first().grant, "1201");
+    EXPECT_EQ(rows.first().nazev, "Cestovné");
+    ASSERT_TRUE(LoadStredisko(conn, "2302,1201", &rows));
+    EXPECT_EQ(rows.size(), 16);
+    EXPECT_EQ(rows.last().grant, "2302");
+    // The demo groups of each grant stay within its budget.
+    QVector<GrantBudget> grants;
+    ASSERT_TRUE(LoadGrantBudgets(conn, "0", &grants));
+    ASSERT_TRUE(LoadStredisko(conn, "0", &rows));
+    const QMap<QString, double> sums = PlanSumsByGrant(rows);
+    for (const GrantBudget &g : grants)
+        EXPECT_LE(sums.value(g.grant), AmountValue(g.castka1)) << g.grant.toStdString();
+}
