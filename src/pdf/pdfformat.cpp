@@ -8,9 +8,13 @@
 
 namespace pdf {
 
+namespace {
+constexpr double kScale[] = {1, 10, 100, 1000, 10000};
+constexpr long long kPower[] = {1, 10, 100, 1000, 10000};
+} // namespace
+
 double RoundHalfEven(double Value, int Digits)
 {
-    static constexpr double kScale[] = {1, 10, 100, 1000, 10000};
     const double scale = Digits >= 0 && Digits <= 4 ? kScale[Digits] : std::pow(10.0, Digits);
     // nearbyint follows the default rounding mode: to nearest, ties to even.
     return std::nearbyint(Value * scale) / scale + 0.0;
@@ -25,7 +29,26 @@ std::string NumText(double Value)
 
 std::string FormatNum(double Value, int16_t Digits)
 {
-    return NumText(RoundHalfEven(Value, Digits));
+    const double scaled = Digits >= 0 && Digits <= 4 ? std::nearbyint(Value * kScale[Digits]) : 0;
+    if (Digits < 0 || Digits > 4 || !(std::fabs(scaled) < 1e15))
+        return NumText(RoundHalfEven(Value, Digits));
+    // Fewer than 16 digits: the decimal text of the scaled integer is what
+    // NumText would print, and much quicker to make.
+    auto units = (long long)scaled;
+    std::string out = units < 0 ? "-" : "";
+    units = units < 0 ? -units : units;
+    out += std::to_string(units / kPower[Digits]);
+    long long fraction = units % kPower[Digits];
+    if (fraction != 0) {
+        int places = Digits;
+        for (; fraction % 10 == 0; fraction /= 10)
+            --places;
+        const std::string digits = std::to_string(fraction);
+        out += '.';
+        out.append(std::size_t(places) - digits.size(), '0');
+        out += digits;
+    }
+    return out;
 }
 
 std::string EscapeText(std::string_view Text)

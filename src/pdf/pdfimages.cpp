@@ -77,14 +77,18 @@ bool ReadBMP(const std::string &fileName, bool newReader, bool gray, std::vector
         return false;
 
     if (depth == 24) {
-        data.reserve(std::size_t(ht) * std::size_t(w) * (gray ? 1 : 3));
+        data.resize(std::size_t(ht) * std::size_t(w) * (gray ? 1 : 3));
         const uint8_t *p = src.data();
+        uint8_t *out = data.data();
         for (int32_t y = 0; y < ht; ++y) {
             for (int32_t x = 0; x < w; ++x, p += 3) {
-                if (gray)
-                    data.push_back(Gray(0.59 * p[1] + 0.33 * p[2] + 0.11 * p[0]));
-                else
-                    data.insert(data.end(), {p[2], p[1], p[0]});
+                if (gray) {
+                    *out++ = Gray(0.59 * p[1] + 0.33 * p[2] + 0.11 * p[0]);
+                } else {
+                    *out++ = p[2];
+                    *out++ = p[1];
+                    *out++ = p[0];
+                }
             }
             p += w % 4;
         }
@@ -153,9 +157,12 @@ void clsPDFCreator::WriteImage(std::string_view Name, const std::vector<uint8_t>
 {
     const std::string name = pdf::ToCP1250(Name);
     const std::string cs = Gray ? "DeviceGray" : "DeviceRGB";
-    auto streamText = [this](const std::vector<uint8_t> &bytes) {
-        return encodeASCII85_ ? pdf::ASCII85(bytes.data(), bytes.size())
-                              : std::string(bytes.begin(), bytes.end());
+    // Unencoded bytes go out as they are, without a copy.
+    auto streamText = [this](const std::vector<uint8_t> &bytes, std::string &encoded) -> std::string_view {
+        if (!encodeASCII85_)
+            return {reinterpret_cast<const char *>(bytes.data()), bytes.size()};
+        encoded = pdf::ASCII85(bytes.data(), bytes.size());
+        return encoded;
     };
     // What an encoded length leaves out: the "~>" at the end.
     const int64_t cut = encodeASCII85_ ? 2 : 0;
@@ -165,7 +172,8 @@ void clsPDFCreator::WriteImage(std::string_view Name, const std::vector<uint8_t>
     WriteLine("<<\r/Type /XObject\r/Subtype /Image\r/Name /" + name + "\r/Width " +
               std::to_string(Width) + "\r/Height " + std::to_string(Height) +
               (encodeASCII85_ ? "\r/Filter /ASCII85Decode" : ""));
-    const std::string stream = FromArray && !Encoded.empty() ? pdf::ToCP1250(Encoded) : streamText(Data);
+    std::string text = FromArray ? pdf::ToCP1250(Encoded) : std::string();
+    const std::string_view stream = text.empty() ? streamText(Data, text) : text;
     const std::string lengthRef = "/Length " + std::to_string(n + 1) + " 0 R";
     if (Bits == 24 && FromArray)
         WriteLine("/BitsPerComponent 8\r/ColorSpace /" + cs + "\r/Length " +
@@ -187,11 +195,13 @@ void clsPDFCreator::WriteImage(std::string_view Name, const std::vector<uint8_t>
     WriteObjEnd();
 
     if (Bits < 9) {
-        const std::string palette = streamText(Palette);
+        std::string encodedPalette;
+        const std::string_view palette = streamText(Palette, encodedPalette);
         n = 0;
         WriteObjHeader(n);
         WriteLine(std::string("<<") + (encodeASCII85_ ? "/Filter /ASCII85Decode\r" : "") + "/Length " +
-                  std::to_string(int64_t(palette.size()) - cut) + " >>\rstream\r" + palette + "\rendstream");
+                  std::to_string(int64_t(palette.size()) - cut) + " >>\rstream\r" + std::string(palette) +
+                  "\rendstream");
         WriteObjEnd();
     }
 }

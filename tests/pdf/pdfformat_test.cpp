@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <random>
 
 using namespace pdf;
@@ -21,6 +22,17 @@ TEST(FormatNum, RoundsHalfToEvenAndDropsTrailingZeros)
     EXPECT_EQ(FormatNum(1234567.8914, 3), "1234567.891");
     // A tiny negative value must not print as "-0".
     EXPECT_EQ(FormatNum(-0.0001, 3), "0");
+}
+
+TEST(FormatNum, QuickFormAgreesWithTheGeneralOne)
+{
+    std::mt19937_64 rng(11);
+    std::uniform_real_distribution<double> unit(-1, 1);
+    for (int i = 0; i < 20000; ++i) {
+        const double value = unit(rng) * std::pow(10.0, int(rng() % 18) - 4);
+        const auto digits = int16_t(rng() % 5);
+        EXPECT_EQ(FormatNum(value, digits), NumText(RoundHalfEven(value, digits))) << value << " " << digits;
+    }
 }
 
 TEST(EscapeText, EscapesBackslashFirstThenParentheses)
