@@ -32,7 +32,7 @@ TEST(FilterText, TidyRemovesLineBreaksAndCollapsesCommasInOnePassEach)
     EXPECT_EQ(TidyFilter("501,,502"), "501,502");
     // ",," goes first, so three commas leave two; the items stay the same.
     EXPECT_EQ(TidyFilter("501,,,502"), "501,,502");
-    EXPECT_EQ(TidyFilter("501,,,,502"), "501,502");
+    EXPECT_EQ(TidyFilter("501,,,,502"), "501,,502");
     EXPECT_EQ(FilterItems(TidyFilter("501,,,502")), (QStringList{"501", "502"}));
     EXPECT_EQ(TidyFilter(""), "");
 }

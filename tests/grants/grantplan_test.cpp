@@ -1,0 +1,410 @@
+#include "core/config.h"
+#include "core/db.h"
+#include "core/msg.h"
+#include "core/session.h"
+#include "grants/frmGrantPlan.h"
+#include "grants/grantplan.h"
+#include "support/testenv.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QColor>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace testenv;
+
+namespace {
+const QString Granty = QString::fromLatin1(GrantyDbName);
+
+template <typename T>
+T *Widget(QWidget *screen, const char *name)
+{
+    T *w = screen->findChild<T *>(QLatin1String(name));
+    EXPECT_NE(w, nullptr) << name;
+    return w;
+}
+
+QAbstractItemModel *Grid(QWidget *screen) { return Widget<QTableView>(screen, "MSFlexGrid2")->model(); }
+
+QStringList GridGrants(QWidget *screen)
+{
+    QStringList grants;
+    QAbstractItemModel *m = Grid(screen);
+    for (int r = 0; r < m->rowCount(); ++r)
+        grants << m->index(r, 0).data().toString();
+    return grants;
+}
+
+int RowOf(QWidget *screen, const QString &grant) { return int(GridGrants(screen).indexOf(grant)); }
+
+QString Text(QWidget *screen, const char *name) { return Widget<QLineEdit>(screen, name)->text(); }
+
+void Click(QWidget *screen, const char *name) { QTest::mouseClick(Widget<QPushButton>(screen, name), Qt::LeftButton); }
+
+void SelectGrant(QWidget *screen, const QString &grant)
+{
+    auto *grid = Widget<QTableView>(screen, "MSFlexGrid2");
+    grid->setCurrentIndex(grid->model()->index(RowOf(screen, grant), 0));
+}
+
+QStringList Grants(const QString &where = QString())
+{
+    return Column(Granty, QStringLiteral("SELECT _grant FROM GrantyPlan ") + where + QStringLiteral(" ORDER BY _grant"));
+}
+
+QStringList Read(const GrantPlanView &view, QSet<QString> *all = nullptr)
+{
+    DbConnection conn(ConnStrGranty());
+    GrantPlanList list;
+    EXPECT_TRUE(FillGrantPlan(conn, view, &list)) << conn.errorText().toStdString();
+    if (all)
+        *all = list.grants;
+    QStringList grants;
+    for (const GrantPlanRow &r : list.rows)
+        grants << r.grant;
+    return grants;
+}
+} // namespace
+
+// --- the register's rules ------------------------------------------------------------
+
+TEST(GrantPlan, RowsShownHiddenAndPermitted)
+{
+    FreshDatabases(true);
+    // Hiding tests only whether ukonceni holds a value: a future end hides the grant too.
+    Exec(Granty, "UPDATE GrantyPlan SET ukonceni='31.12.2099' WHERE _grant='2303'");
+    GrantPlanView view;
+    QSet<QString> all;
+    EXPECT_EQ(Read(view).size(), 12);
+    view.hideArchived = true;
+    EXPECT_FALSE(Read(view).contains("1204"));
+    EXPECT_FALSE(Read(view).contains("2305"));
+    EXPECT_EQ(Read(view).size(), 10);
+    view.hideArchived = false;
+    view.hideEnded = true;
+    EXPECT_EQ(Read(view, &all), (QStringList{"1202", "1203", "1205", "1206", "2301", "2304", "2306"}));
+    EXPECT_EQ(all.size(), 12);   // hidden numbers still count as taken
+
+    // The one grant asked for is shown, ended or not; nothing else.
+    view.grantActiv = "2303";
+    EXPECT_EQ(Read(view), QStringList{"2303"});
+    view.grantActiv = "";
+    EXPECT_EQ(Read(view).size(), 7);
+
+    // The user's permitted grants are prefixes; a trailing comma lets every grant through.
+    view = GrantPlanView();
+    view.userFilter = "23,1201";
+    EXPECT_EQ(Read(view), (QStringList{"1201", "2301", "2302", "2303", "2304", "2305", "2306"}));
+    view.userFilter = "2301,";
+    EXPECT_EQ(Read(view).size(), 12);
+    view.userFilter = "9";
+    EXPECT_TRUE(Read(view).isEmpty());
+    view.userFilter = "12";
+    view.grantActiv = "2303";
+    EXPECT_TRUE(Read(view).isEmpty());
+
+    // Opening repairs a null Poskytnute.
+    EXPECT_EQ(Column(Granty, "SELECT Poskytnute FROM GrantyPlan WHERE _grant='1206'"), QStringList{"0,00"});
+}
+
+TEST(GrantPlan, HeadingSortKeys)
+{
+    FreshDatabases(true);
+    EXPECT_EQ(GrantPlanSortKey(0), "_Grant");
+    EXPECT_EQ(GrantPlanSortKey(2), "castka3");   // the column of Poskytnute sorts by the remainder
+    EXPECT_EQ(GrantPlanSortKey(7), "castka2");
+    EXPECT_EQ(GrantPlanSortKey(8), "");
+    GrantPlanView view;
+    view.sortKey = "cislo";
+    EXPECT_EQ(Read(view).first(), "2304");   // FW07010045 < GA22-...; LX22 after G
+    view.descending = true;
+    view.sortKey = "_Grant";
+    EXPECT_EQ(Read(view).first(), "2306");
+    view.sortKey = "1; DROP TABLE GrantyPlan";   // never reaches the SQL
+    EXPECT_EQ(Read(view).size(), 12);
+}
+
+TEST(GrantPlan, NumbersAndAmountsAsStored)
+{
+    EXPECT_EQ(GrantNumberProblem("1207"), "");
+    EXPECT_EQ(GrantNumberProblem("12a"), "Číslo GRANTu smí obsahovat jen číslice 0 až 9.");
+    EXPECT_EQ(GrantNumberProblem("12'; --"), "Číslo GRANTu smí obsahovat jen číslice 0 až 9.");
+    EXPECT_EQ(GrantNumberProblem("-12"), "Číslo GRANTu smí obsahovat jen číslice 0 až 9.");
+    EXPECT_EQ(GrantNumberProblem(QString(21, '1')), "Číslo GRANTu smí mít nejvýše 20 číslic.");
+    EXPECT_EQ(GrantNumberProblem("999999"), "Číslo 999999 nelze použít jako číslo GRANTu.");
+
+    EXPECT_EQ(GrantAmountText(""), "0,00");
+    EXPECT_EQ(GrantAmountText("  "), "0,00");
+    EXPECT_EQ(GrantAmountText("1234,5"), "1 234,50");
+    EXPECT_EQ(GrantAmountText("1 234 567,89"), "1 234 567,89");
+    EXPECT_EQ(GrantAmountText("abc"), "0,00");
+}
+
+// --- the screen ------------------------------------------------------------------------
+
+TEST(frmGrantPlan, GridColoursAndDetails)
+{
+    FreshDatabases(true);
+    LoginAs(2);
+    Exec(Granty, "INSERT INTO documents (_grant, `file`) VALUES ('1203', 'smlouva.zip'), ('1203', 'zprava.zip')");
+    frmGrantPlan screen;
+    screen.Load();
+    EXPECT_EQ(screen.windowTitle(), "Rozpočet");
+    QAbstractItemModel *grid = Grid(&screen);
+    ASSERT_EQ(grid->rowCount(), 12);
+    ASSERT_EQ(grid->columnCount(), 11);
+    EXPECT_EQ(grid->headerData(1, Qt::Horizontal).toString(), " Rozpočet plán, Kč");
+    EXPECT_EQ(grid->headerData(8, Qt::Horizontal).toString(), "          Řešitel GRANTU");
+    EXPECT_EQ(grid->headerData(0, Qt::Vertical).toString(), "1.");
+    EXPECT_TRUE(Widget<QTableView>(&screen, "MSFlexGrid2")->isColumnHidden(10));
+
+    const auto colour = [&](const QString &grant) {
+        return grid->index(RowOf(&screen, grant), 3).data(Qt::BackgroundRole).value<QColor>().rgb() & 0xFFFFFF;
+    };
+    EXPECT_EQ(colour("1202"), 0xFFFFFFu);
+    EXPECT_EQ(colour("1201"), 0x00FF00u);   // ended
+    EXPECT_EQ(colour("1204"), 0xC0C0C0u);   // archived (and ended)
+    // Blank values show as empty; a null Poskytnute shows "0,00".
+    EXPECT_EQ(grid->index(RowOf(&screen, "1202"), 7).data().toString(), "");
+    EXPECT_EQ(grid->index(RowOf(&screen, "1206"), 2).data().toString(), "0,00");
+
+    EXPECT_EQ(Text(&screen, "Text4"), "1201");   // first row selected at opening
+    SelectGrant(&screen, "1203");
+    EXPECT_EQ(Text(&screen, "Text4"), "1203");
+    EXPECT_EQ(Text(&screen, "Text5"), "1 250 000,00");
+    EXPECT_EQ(Text(&screen, "Text6"), "MUDr. Tomáš Bartoš, Ph.D.");
+    EXPECT_EQ(Text(&screen, "Text9"), "GAČR");
+    EXPECT_EQ(Widget<QLabel>(&screen, "PocetDocum")->text(), "2");
+    SelectGrant(&screen, "1204");
+    EXPECT_TRUE(Widget<QCheckBox>(&screen, "Check1")->isChecked());
+    EXPECT_EQ(Widget<QLabel>(&screen, "PocetDocum")->text(), "0");
+    EXPECT_TRUE(Widget<QPushButton>(&screen, "cmdEdit")->isEnabled());
+    EXPECT_TRUE(Widget<QPushButton>(&screen, "Command2")->isVisible() || !screen.isVisible());
+    SaveScreen(&screen, "frmGrantPlan");
+
+    // Heading clicks alternate ascending and descending; a column without a key does nothing.
+    QHeaderView *header = Widget<QTableView>(&screen, "MSFlexGrid2")->horizontalHeader();
+    const auto clickHeading = [&](int column) {
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                          QPoint(header->sectionViewportPosition(column) + 5, header->height() / 2));
+    };
+    clickHeading(0);
+    EXPECT_EQ(GridGrants(&screen).first(), "1201");
+    clickHeading(0);
+    EXPECT_EQ(GridGrants(&screen).first(), "2306");
+    EXPECT_EQ(Text(&screen, "Text4"), "1204");   // the selected grant stays selected
+    const QStringList before = GridGrants(&screen);
+    clickHeading(8);
+    EXPECT_EQ(GridGrants(&screen), before);
+}
+
+TEST(frmGrantPlan, AddRenameSaveDelete)
+{
+    FreshDatabases(true);
+    LoginAs(2);
+    Exec(Granty, "INSERT INTO documents (_grant, `file`) VALUES ('1203', 'smlouva.zip')");
+    Exec(Granty, "INSERT INTO RozpocetFakt (`Grant`, Ucet, Castka) VALUES ('1203', '501100', '10,00')");
+    frmGrantPlan screen;
+    screen.Load();
+    ScriptedMessages messages;
+
+    // Add: the defaults of a new row, then the new row selected.
+    messages.inputs = {QString(" 3001 ")};
+    Click(&screen, "cmdNewRow");
+    EXPECT_EQ(messages.prompts.value(0), "Zadejte číslo noveho GRANTu: ");
+    EXPECT_EQ(Column(Granty, "SELECT CONCAT_WS('|', Castka1, Poskytnute, Castka2, Castka3, zahajeni, ukonceni, cislo, "
+                             "stredisko, agentura, archiv) FROM GrantyPlan WHERE _grant='3001'"),
+              QStringList{"0,00|0,00| |0,00| | | | | |0"});
+    EXPECT_EQ(Text(&screen, "Text4"), "3001");
+    EXPECT_EQ(Grid(&screen)->rowCount(), 13);
+
+    // A number already there, an empty answer, Cancel: nothing, and not a word.
+    messages.inputs = {QString("1202"), QString(""), std::nullopt};
+    Click(&screen, "cmdNewRow");
+    Click(&screen, "cmdNewRow");
+    Click(&screen, "cmdNewRow");
+    EXPECT_TRUE(messages.shown.empty());
+    EXPECT_EQ(Grants().size(), 13);
+
+    // Letters or a quote are no grant number.
+    messages.inputs = {QString("12a"), QString("12'3")};
+    Click(&screen, "cmdNewRow");
+    Click(&screen, "cmdNewRow");
+    ASSERT_EQ(messages.shown.size(), 2u);
+    EXPECT_EQ(messages.shown[1].text, "Číslo GRANTu smí obsahovat jen číslice 0 až 9.");
+    EXPECT_EQ(Grants().size(), 13);
+    messages.shown.clear();
+
+    // Renumber: only GrantyPlan changes; the other tables keep the old number.
+    SelectGrant(&screen, "1202");
+    messages.inputs = {QString("1299")};
+    Click(&screen, "cmdEdit");
+    EXPECT_EQ(messages.prompts.last(), "Číslo GRANTu :");
+    EXPECT_EQ(Text(&screen, "Text4"), "1299");
+    EXPECT_TRUE(Grants("WHERE _grant='1202'").isEmpty());
+    EXPECT_EQ(Grants("WHERE _grant='1299'"), QStringList{"1299"});
+    EXPECT_FALSE(Column(Granty, "SELECT id FROM SkupUctuGrant WHERE `Grant`='1202'").isEmpty());
+    EXPECT_TRUE(Column(Granty, "SELECT id FROM SkupUctuGrant WHERE `Grant`='1299'").isEmpty());
+    // Onto a number that exists, or with a quote: nothing changes.
+    messages.inputs = {QString("1201"), QString("1'1")};
+    Click(&screen, "cmdEdit");
+    Click(&screen, "cmdEdit");
+    EXPECT_EQ(Grants("WHERE _grant='1299'"), QStringList{"1299"});
+    EXPECT_EQ(Grants().size(), 13);
+
+    // Save: empty amounts as "0,00", other empty texts as one blank, quotes as typed.
+    SelectGrant(&screen, "3001");
+    Widget<QLineEdit>(&screen, "Text5")->setText("12345,5");
+    Widget<QLineEdit>(&screen, "Text8")->setText("");
+    Widget<QLineEdit>(&screen, "Text6")->setText("Dr. O'Brien");
+    Widget<QLineEdit>(&screen, "Text3")->setText("01.01.2026");
+    Widget<QCheckBox>(&screen, "Check1")->setChecked(true);
+    Click(&screen, "cmdSave");
+    EXPECT_EQ(Column(Granty, "SELECT CONCAT_WS('|', Castka1, Poskytnute, Castka2, zahajeni, ukonceni, agentura, archiv) "
+                             "FROM GrantyPlan WHERE _grant='3001'"),
+              QStringList{"12 345,50|0,00|Dr. O'Brien|01.01.2026| | |1"});
+    EXPECT_EQ(Text(&screen, "Text4"), "3001");
+    EXPECT_EQ(Text(&screen, "Text5"), "12 345,50");
+
+    // A text the code page cannot hold is refused by the server and said, nothing stored.
+    Widget<QLineEdit>(&screen, "Text6")->setText(QString::fromUtf8("名前"));
+    Click(&screen, "cmdSave");
+    ASSERT_FALSE(messages.shown.empty());
+    EXPECT_EQ(messages.shown.back().style, MsgCritical);
+    EXPECT_EQ(Column(Granty, "SELECT Castka2 FROM GrantyPlan WHERE _grant='3001'"), QStringList{"Dr. O'Brien"});
+    messages.shown.clear();
+
+    // Delete, Cancel first: nothing goes.
+    SelectGrant(&screen, "1203");
+    messages.answers = {AnswerCancel};
+    Click(&screen, "cmdDelete");
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text, "Chcete opravdu zrušit GRANT 1203?");
+    EXPECT_EQ(messages.shown[0].title, "Delete row");
+    EXPECT_EQ(messages.shown[0].style, MsgQuestionOkCancel);
+    EXPECT_EQ(Grants("WHERE _grant='1203'").size(), 1);
+
+    // OK: group rows, the grant and its documents go; the budget rows stay.
+    Click(&screen, "cmdDelete");
+    EXPECT_TRUE(Grants("WHERE _grant='1203'").isEmpty());
+    EXPECT_TRUE(Column(Granty, "SELECT id FROM SkupUctuGrant WHERE `Grant`='1203'").isEmpty());
+    EXPECT_TRUE(Column(Granty, "SELECT id_grant FROM documents WHERE _grant='1203'").isEmpty());
+    EXPECT_EQ(Column(Granty, "SELECT Castka FROM RozpocetFakt WHERE `Grant`='1203'"), QStringList{"10,00"});
+    EXPECT_EQ(Text(&screen, "Text4"), "1201");   // the previous row
+    // The number is free again.
+    messages.inputs = {QString("1203")};
+    Click(&screen, "cmdNewRow");
+    EXPECT_EQ(Grants("WHERE _grant='1203'").size(), 1);
+}
+
+TEST(frmGrantPlan, DeletingTheLastRowClearsDetails)
+{
+    FreshDatabases(true);
+    LoginAs(2);
+    Session().UserFiltrGrant = "2306";
+    frmGrantPlan screen;
+    screen.Load();
+    ASSERT_EQ(GridGrants(&screen), QStringList{"2306"});
+    ScriptedMessages messages;
+    Click(&screen, "cmdDelete");
+    EXPECT_EQ(Grid(&screen)->rowCount(), 0);
+    EXPECT_EQ(Text(&screen, "Text4"), "");
+    EXPECT_EQ(Text(&screen, "Text5"), "");
+    EXPECT_EQ(Widget<QLabel>(&screen, "PocetDocum")->text(), "");
+    // With the list empty the commands do nothing and ask nothing.
+    messages.shown.clear();
+    Click(&screen, "cmdDelete");
+    Click(&screen, "cmdSave");
+    Click(&screen, "cmdEdit");
+    EXPECT_TRUE(messages.shown.empty());
+    EXPECT_EQ(Grants().size(), 11);
+}
+
+TEST(frmGrantPlan, HideBoxesAreKeptInTheSettingsStore)
+{
+    FreshDatabases(true);
+    LoginAs(2);
+    {
+        frmGrantPlan screen;
+        screen.Load();
+        Widget<QCheckBox>(&screen, "Check2")->click();
+        EXPECT_EQ(GetSetting("NASTAVENI", "ARCHIVNI"), "1");
+        EXPECT_EQ(RowOf(&screen, "1204"), -1);
+        EXPECT_EQ(Grid(&screen)->rowCount(), 10);
+        Widget<QCheckBox>(&screen, "Check3")->click();
+        EXPECT_EQ(GetSetting("NASTAVENI", "UKONCENE"), "1");
+        EXPECT_EQ(GridGrants(&screen), (QStringList{"1202", "1203", "1205", "1206", "2301", "2303", "2304", "2306"}));
+        Widget<QCheckBox>(&screen, "Check2")->click();
+        EXPECT_EQ(GetSetting("NASTAVENI", "ARCHIVNI"), "0");
+        EXPECT_EQ(Grid(&screen)->rowCount(), 8);   // the archived grants have ended too
+    }
+    frmGrantPlan again;
+    again.Load();
+    EXPECT_FALSE(Widget<QCheckBox>(&again, "Check2")->isChecked());
+    EXPECT_TRUE(Widget<QCheckBox>(&again, "Check3")->isChecked());
+    EXPECT_EQ(Grid(&again)->rowCount(), 8);
+}
+
+TEST(frmGrantPlan, OneGrantViewIsReadOnly)
+{
+    FreshDatabases(true);
+    LoginAs(2);
+    SaveSetting("NASTAVENI", "UKONCENE", "1");
+    frmGrantPlan screen;
+    screen.GrantActiv = "1204";
+    screen.Load();
+    ASSERT_EQ(GridGrants(&screen), QStringList{"1204"});
+    EXPECT_EQ(Grid(&screen)->index(0, 0).data(Qt::BackgroundRole).value<QColor>().rgb() & 0xFFFFFF, 0xFFFF00u);
+    EXPECT_EQ(Text(&screen, "Text4"), "1204");
+    for (const char *name : {"Text5", "Text8", "Text6", "Text3", "Text1", "Text2", "Text7", "Text9"})
+        EXPECT_FALSE(Widget<QLineEdit>(&screen, name)->isEnabled()) << name;
+    for (const char *name : {"cmdNewRow", "cmdEdit", "cmdDelete", "cmdSave"})
+        EXPECT_FALSE(Widget<QPushButton>(&screen, name)->isEnabled()) << name;
+    for (const char *name : {"Check1", "Check2", "Check3"})
+        EXPECT_FALSE(Widget<QCheckBox>(&screen, name)->isEnabled()) << name;
+    EXPECT_TRUE(Widget<QPushButton>(&screen, "Command1")->isEnabled());
+    SaveScreen(&screen, "frmGrantPlan_GrantActiv");
+}
+
+TEST(frmGrantPlan, CalendarForTheLastDateBoxAndRights)
+{
+    FreshDatabases(true);
+    LoginAs(1);
+    {
+        frmGrantPlan screen;
+        screen.Load();
+        EXPECT_FALSE(Widget<QPushButton>(&screen, "cmdEdit")->isEnabled());
+        EXPECT_FALSE(Widget<QPushButton>(&screen, "cmdKalendar")->isEnabled());
+        EXPECT_TRUE(Widget<QPushButton>(&screen, "cmdNewRow")->isEnabled());
+    }
+    LoginAs(2);
+    frmGrantPlan screen;
+    screen.Load();
+    QStringList offered;
+    std::optional<QString> answer = QString("05.03.2025");
+    screen.DatePicker = [&](QWidget *, const QString &initial) {
+        offered << initial;
+        return answer;
+    };
+    screen.show();
+    QApplication::setActiveWindow(&screen);
+    // Without a box entered the start date is picked.
+    Click(&screen, "cmdKalendar");
+    EXPECT_EQ(Text(&screen, "Text3"), "05.03.2025");
+    EXPECT_EQ(offered.value(0), "01.01.2022");
+    Widget<QLineEdit>(&screen, "Text1")->setFocus();
+    answer = QString("30.06.2026");
+    Click(&screen, "cmdKalendar");
+    EXPECT_EQ(Text(&screen, "Text1"), "30.06.2026");
+    EXPECT_EQ(offered.value(1), "31.12.2024");
+    answer = std::nullopt;   // cancelled: the box keeps its date
+    Click(&screen, "cmdKalendar");
+    EXPECT_EQ(Text(&screen, "Text1"), "30.06.2026");
+}
