@@ -7,16 +7,17 @@
 #include <QStringList>
 #include <QVector>
 
+class QSqlQueryModel;
 class QWidget;
 
 // Money to right-aligned text: blanks between thousands, a decimal comma and two
 // decimals, the sign at the far left, padded to width. The width is changed for the
-// caller, as callers that reuse the variable rely on.
+// caller, as callers that reuse the variable rely on; the value is left as it was.
 QString FormatCastka(QString &value, short &width);
 
 // The index-th piece (from 0) of a text cut at the separator; code 0 means "#".
 QString GetField(const QString &text, short index, short separatorCode = 0);
-// How many separators stand in the text.
+// How many separators stand in the text ("$" cannot be counted and gives 0).
 short CountSep(const QString &text, const QString &separator);
 
 // A plain number? Rewrites the argument: blanks to character 160, "-" removed, "," to ".".
@@ -32,6 +33,8 @@ QString BuildGrantArchiv(const QString &filter);
 
 // Is the value in the list? Unless silent, says so in a message.
 bool ListHasValue(const QString &value, const QStringList &list, bool silent = false);
+// Appends a column's values, as text, from every row of the model.
+void FillCollection(const QSqlQueryModel &model, QStringList &list, const QString &field);
 
 // Doubled backslashes cleaned, a network path's prefix kept.
 QString NormalizePath(const QString &path);
@@ -52,9 +55,15 @@ void BubbleSortNumbers(QVector<double> &numbers);
 bool KeyInCollection(const QMap<QString, QString> &collection, const QString &key);
 
 // Shows an HTML file in the program's viewer; nothing when the file is missing.
-void ViewHTML(QString &path);
+void ViewHTML(const QString &path);
 
 // Window helpers.
 void SetTopMost(QWidget *window, bool topMost);
-bool IsFormOpen(QString &name);   // by the screen's window title
+// Starts moving a window without a frame, as a drag on its caption would.
+void DragWindow(QWidget *window);
+// Is a screen of that name shown? Found by its window title ("frmArchObj" is titled
+// "Seznam zádanek", "frmDocPanelForm" "Fondarix - Studio") or by its object name.
+bool IsFormOpen(const QString &name);
+// Folders by their shell numbers: 0 the folder of the configuration file, 2 programs,
+// 5 documents, 16 desktop, 26 application data; empty for any other.
 QString GetSpecialFolderPath(int folderNumber);

@@ -1,0 +1,545 @@
+#include "core/text.h"
+
+#include "core/codepage.h"
+#include "core/config.h"
+#include "core/htmlviewer.h"
+#include "core/msg.h"
+#include "core/number.h"
+#include "core/session.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QSqlQueryModel>
+#include <QSqlRecord>
+#include <QStandardPaths>
+#include <QTimer>
+#include <QWidget>
+#include <QWindow>
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+#include <string>
+#include <thread>
+
+// --- amounts ----------------------------------------------------------------------
+
+namespace {
+
+// The pieces of an amount as its text forms give them.
+struct AmountParts {
+    std::string intDigits;   // integer part of |amount| rounded to hundredths
+    int cents = 0;           // and its hundredths
+    std::string decimals;    // digits after the comma in the text of the amount rounded to hundredths
+    std::string tenthsText;  // text of |amount| rounded to tenths, decimal comma
+};
+
+void appendDigits(std::string &out, unsigned long long v)
+{
+    char buf[24];
+    const auto r = std::to_chars(buf, buf + sizeof buf, v);
+    out.append(buf, r.ptr);
+}
+
+// A number as the program writes it: at most 15 significant digits, decimal comma,
+// an exponent from 1e15 up.
+std::string numberText(double v)
+{
+    char buf[40];
+    const auto r = std::to_chars(buf, buf + sizeof buf, v, std::chars_format::general, 15);
+    std::string s(buf, r.ptr);
+    std::replace(s.begin(), s.end(), '.', ',');
+    return s;
+}
+
+AmountParts splitAmount(double value)
+{
+    AmountParts p;
+    const double absRounded = std::fabs(RoundHalfEven(value, 2));
+    const double tenths = RoundHalfEven(std::fabs(value), 1);
+    if (std::fabs(value) < 1e13) {
+        // Below 1e13 every text form has at most 15 digits: plain integer work gives the
+        // same digits as the text conversion, much faster.
+        const long long c = std::llround(absRounded * 100);
+        appendDigits(p.intDigits, c / 100);
+        p.cents = int(c % 100);
+        if (p.cents != 0) {
+            p.decimals += char('0' + p.cents / 10);
+            if (p.cents % 10 != 0)
+                p.decimals += char('0' + p.cents % 10);
+        }
+        const long long t = std::llround(tenths * 10);
+        appendDigits(p.tenthsText, t / 10);
+        if (t % 10 != 0) {
+            p.tenthsText += ',';
+            p.tenthsText += char('0' + t % 10);
+        }
+        return p;
+    }
+    // Larger amounts are read off their text, as only fifteen digits of it are known.
+    const std::string text = numberText(absRounded);
+    const auto comma = text.find(',');
+    const auto exponent = text.find('e');
+    if (comma != std::string::npos)
+        p.decimals = text.substr(comma + 1);
+    if (exponent == std::string::npos) {
+        p.intDigits = text.substr(0, comma);
+        if (!p.decimals.empty())
+            p.cents = (p.decimals[0] - '0') * 10 + (p.decimals.size() > 1 ? p.decimals[1] - '0' : 0);
+    } else {
+        // "1,5e+15": the mantissa's digits, then zeros up to the exponent.
+        std::string digits = text.substr(0, std::min(comma, exponent));
+        if (comma != std::string::npos)
+            digits += text.substr(comma + 1, exponent - comma - 1);
+        const int power = std::atoi(text.c_str() + exponent + 1);
+        digits.append(std::size_t(std::max(0, power + 1 - int(digits.size()))), '0');
+        p.intDigits = digits;
+    }
+    p.tenthsText = numberText(tenths);
+    return p;
+}
+
+double decimalsValue(const std::string &decimals)
+{
+    if (decimals.empty())
+        return 0;
+    return ScanNumber(QString::fromLatin1(decimals.data(), qsizetype(decimals.size())));
+}
+
+// Width taken off by the length of the amount's text.
+int widthCut(int length)
+{
+    switch (length) {
+    case 2: return 1;
+    case 3: return 2;
+    case 4:
+    case 5:
+    case 6: return length;
+    case 7: return 8;
+    case 8: return 9;
+    case 9: return 10;
+    default: return 0;
+    }
+}
+
+// Digits into "### ### ### ###": a blank between groups of three from the right, four
+// groups at most (digits beyond the mask stay in the first group), nothing for zero.
+void appendGrouped(QString &out, const std::string &digits)
+{
+    if (digits == "0")
+        return;
+    const int n = int(digits.size());
+    const int firstLen = n > 12 ? n - 9 : (n % 3 == 0 ? 3 : n % 3);
+    int i = 0;
+    for (; i < firstLen; ++i)
+        out += QLatin1Char(digits[i]);
+    for (; i < n; i += 3) {
+        out += QLatin1Char(' ');
+        out += QLatin1Char(digits[i]);
+        out += QLatin1Char(digits[i + 1]);
+        out += QLatin1Char(digits[i + 2]);
+    }
+}
+
+} // namespace
+
+QString FormatCastka(QString &value, short &width)
+{
+    // The decimal comma of the text is read as a point.
+    double number;
+    constexpr qsizetype StackLen = 64;
+    if (value.size() <= StackLen) {
+        char16_t buf[StackLen];
+        const char16_t *src = reinterpret_cast<const char16_t *>(value.constData());
+        for (qsizetype i = 0; i < value.size(); ++i)
+            buf[i] = src[i] == u',' ? u'.' : src[i];
+        number = ScanNumber(QStringView(buf, value.size()));
+    } else {
+        number = ScanNumber(QString(value).replace(QLatin1Char(','), QLatin1Char('.')));
+    }
+    const bool negative = number < 0;
+    AmountParts p = splitAmount(number);
+
+    // A single decimal digit means tens of hellers: "5" is fifty.
+    double decimals = decimalsValue(p.decimals);
+    if (decimals > 0 && decimals <= 9 && p.decimals[0] != '0') {
+        p.decimals += '0';
+        decimals = decimalsValue(p.decimals);
+    }
+
+    int w = width - widthCut(int(p.tenthsText.size()));
+
+    // What the mask shows after the comma.
+    char shown[3] = {char('0' + p.cents / 10), char('0' + p.cents % 10), 0};
+    if (decimals != 0) {
+        const bool zeroEnd = (decimals <= 9 && p.decimals[0] != '0')
+                             || (p.decimals.size() > 1 && p.decimals[1] == '0' && decimals > 0);
+        if (!zeroEnd) {   // "##": trailing zeros are not shown
+            if (shown[1] == '0')
+                shown[1] = 0;
+            if (shown[0] == '0' && shown[1] == 0)
+                shown[0] = 0;
+        }
+    }
+
+    QString result;
+    result.reserve(qsizetype(p.intDigits.size()) + 8);
+    appendGrouped(result, p.intDigits);
+    result += QLatin1Char(',');
+    result += QLatin1String(shown);
+    if (result == QLatin1String(",00"))
+        result = QStringLiteral("0,00");
+    else if (result.startsWith(QLatin1Char(',')))
+        result.prepend(QLatin1Char('0'));
+
+    // The plain text of the amount ("1234,5,50"): never narrower than that.
+    const int plainLength = int(p.tenthsText.size() + 1 + p.decimals.size());
+    w = std::clamp(std::max(w, plainLength), int(SHRT_MIN), int(SHRT_MAX));
+    width = short(w);
+
+    const qsizetype pad = std::max<qsizetype>(0, w - result.size());
+    QString out;
+    out.reserve((negative ? 1 : 0) + pad + result.size());
+    if (negative)
+        out += QLatin1Char('-');
+    out.append(QString(pad, QLatin1Char(' ')));
+    out += result;
+    return out;
+}
+
+// --- packed fields ---------------------------------------------------------------
+
+QString GetField(const QString &text, short index, short separatorCode)
+{
+    if (index < 0)
+        return QString();
+    const QChar sep = separatorCode == 0 ? QLatin1Char('#') : QChar(char16_t(ushort(separatorCode)));
+    qsizetype start = 0;
+    for (short i = 0; i < index; ++i) {
+        const qsizetype at = text.indexOf(sep, start);
+        if (at < 0)
+            return QString();
+        start = at + 1;
+    }
+    const qsizetype end = text.indexOf(sep, start);
+    return text.mid(start, end < 0 ? -1 : end - start);
+}
+
+short CountSep(const QString &text, const QString &separator)
+{
+    // Each found separator becomes "$" in a working copy; "$" itself would be found forever.
+    if (separator.isEmpty() || separator == QLatin1String("$"))
+        return 0;
+    int count = 0;
+    if (!separator.contains(QLatin1Char('$'))) {
+        // No "$" in the separator: a replacement cannot make a new match, so a plain
+        // left-to-right count gives the same.
+        for (qsizetype at = text.indexOf(separator); at >= 0; at = text.indexOf(separator, at + separator.size()))
+            ++count;
+    } else {
+        QString work = text;
+        for (qsizetype at = work.indexOf(separator); at >= 0; at = work.indexOf(separator, at)) {
+            work.replace(at, separator.size(), QLatin1Char('$'));
+            ++count;
+        }
+    }
+    return short(std::min(count, int(SHRT_MAX)));
+}
+
+bool IsNumberText(QString &text)
+{
+    if (text.trimmed().isEmpty())
+        return false;
+    text.replace(QLatin1Char(' '), QChar(0xA0));
+    text.remove(QLatin1Char('-'));
+    text.replace(QLatin1Char(','), QLatin1Char('.'));
+    bool point = false;
+    for (const QChar c : std::as_const(text)) {
+        if (c == QLatin1Char('.')) {
+            if (point)
+                return false;
+            point = true;
+        } else if (!(c >= QLatin1Char('0') && c <= QLatin1Char('9')) && c != QChar(0xA0)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+QString DateTwoDigits(const QString &text)
+{
+    if (text.isEmpty())
+        return text;
+    QStringList parts = text.split(QLatin1Char('.'));
+    for (int i = 0; i < 2 && i < parts.size(); ++i) {
+        if (parts[i].size() == 1)
+            parts[i].prepend(QLatin1Char('0'));
+    }
+    return parts.join(QLatin1Char('.'));
+}
+
+// --- grant filters -----------------------------------------------------------------
+
+namespace {
+// A grant number inside an SQL literal: a quote or backslash typed into a filter stays text.
+QString sqlText(const QString &value)
+{
+    QString v = value;
+    v.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
+    v.replace(QLatin1Char('\''), QLatin1String("''"));
+    return v;
+}
+
+template <typename Term>
+QString joinGrantTerms(const QString &filter, Term term)
+{
+    const short n = CountSep(filter, QStringLiteral(","));
+    QString sql;
+    for (short i = 0; i <= n; ++i) {
+        if (i > 0)
+            sql += QLatin1String(" or ");
+        sql += term(sqlText(GetField(filter, i, ',')));
+    }
+    return sql;
+}
+} // namespace
+
+QString BuildGrantLike(const QString &filter)
+{
+    // A trailing comma leaves an empty last grant, whose term matches every grant.
+    return joinGrantTerms(filter, [](const QString &grant) {
+        return QLatin1String("_GRANT like '") + grant + QLatin1String("%'");
+    });
+}
+
+QString BuildGrantArchiv(const QString &filter)
+{
+    if (CountSep(filter, QStringLiteral(",")) == 0)
+        return QString();
+    return joinGrantTerms(filter, [](const QString &grant) {
+        return QLatin1String("(_GRANT = '") + grant + QLatin1String("' AND archiv<>'1')");
+    });
+}
+
+// --- lists -------------------------------------------------------------------------
+
+bool ListHasValue(const QString &value, const QStringList &list, bool silent)
+{
+    if (!list.contains(value))
+        return false;
+    if (!silent)
+        MsgBox(QStringLiteral("Zadána hodnota  ") + value
+                   + QStringLiteral("  v seznamu již existuje, opakujte prosím volbu."),
+               0);
+    return true;
+}
+
+void FillCollection(const QSqlQueryModel &model, QStringList &list, const QString &field)
+{
+    const int column = model.record().indexOf(field);
+    if (column < 0)
+        return;
+    for (int row = 0; row < model.rowCount(); ++row)
+        list.append(model.data(model.index(row, column)).toString());
+}
+
+bool KeyInCollection(const QMap<QString, QString> &collection, const QString &key)
+{
+    // Keys of a collection do not depend on case.
+    const auto exact = collection.constFind(key);
+    if (exact != collection.constEnd())
+        return !exact.value().isEmpty();
+    for (auto it = collection.constBegin(); it != collection.constEnd(); ++it) {
+        if (it.key().compare(key, Qt::CaseInsensitive) == 0)
+            return !it.value().isEmpty();
+    }
+    return false;
+}
+
+void BubbleSortNumbers(QVector<double> &numbers)
+{
+    for (qsizetype limit = numbers.size() - 1; limit > 0; --limit) {
+        bool swapped = false;
+        for (qsizetype i = 0; i < limit; ++i) {
+            if (numbers[i] > numbers[i + 1]) {
+                std::swap(numbers[i], numbers[i + 1]);
+                swapped = true;
+            }
+        }
+        if (!swapped)
+            break;
+    }
+}
+
+// --- files -------------------------------------------------------------------------
+
+QString NormalizePath(const QString &path)
+{
+    // A network path keeps its two leading separators; elsewhere a doubled one is one.
+    QString p = path;
+    for (const QChar sep : {QLatin1Char('\\'), QLatin1Char('/')}) {
+        const QString twice(2, sep);
+        if (!p.startsWith(twice)) {
+            p.replace(twice, QString(sep));
+        } else {
+            p.replace(twice, QString(sep));
+            p.prepend(sep);
+        }
+    }
+    return p;
+}
+
+QString SafeFileName(const QString &text)
+{
+    static const char16_t table[][2] = {
+        {u'Ř', u'R'}, {u'Á', u'A'}, {u'Č', u'C'}, {u'Ý', u'Y'}, {u'Š', u'S'}, {u'Í', u'I'},
+        {u'Ě', u'E'}, {u'É', u'E'}, {u'Ž', u'Z'}, {u'Ů', u'U'}, {u'Ú', u'U'},
+        {u' ', u'_'}, {u'/', u'_'}, {u'\\', u'_'},
+    };
+    QString name = text.toUpper().trimmed();
+    for (const auto &pair : table)
+        name.replace(QChar(pair[0]), QChar(pair[1]));
+    return name;
+}
+
+QString ReadWholeFile(const QString &path, bool lineMode)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return QString();
+    const QString text = FromCp1250(file.readAll());
+    if (!lineMode)
+        return text;
+    // A line ends at CR or CR LF; a lone LF belongs to the line.
+    constexpr qsizetype MaxLine = 1000000;
+    QString joined;
+    joined.reserve(text.size());
+    qsizetype start = 0;
+    while (start < text.size()) {
+        qsizetype end = text.indexOf(QLatin1Char('\r'), start);
+        if (end < 0)
+            end = text.size();
+        joined += QStringView(text).mid(start, std::min(end - start, MaxLine));
+        start = end + 1;
+        if (start < text.size() && end < text.size() && text[start] == QLatin1Char('\n'))
+            ++start;
+    }
+    return joined;
+}
+
+// --- hiding ------------------------------------------------------------------------
+
+namespace {
+// Characters count by their Windows-1250 codes, others by their own.
+int charCode(QChar c)
+{
+    QString bad;
+    const QByteArray b = ToCp1250(QString(c), &bad);
+    return bad.isEmpty() && b.size() == 1 ? int(uchar(b[0])) : int(c.unicode());
+}
+} // namespace
+
+QString ScrambleText(const QString &text)
+{
+    QStringList numbers;
+    for (qsizetype i = 0; i < text.size(); ++i)
+        numbers << QString::number(charCode(text[i]) + 22 - (i + 1));
+    return numbers.join(QLatin1Char('~'));
+}
+
+QString UnscrambleText(const QString &text)
+{
+    if (text.isEmpty())
+        return QString();
+    const QStringList numbers = text.split(QLatin1Char('~'));
+    QString out;
+    for (qsizetype i = 0; i < numbers.size(); ++i) {
+        const double code = ScanNumber(numbers[i]) - 22 + double(i + 1);
+        if (code < 0 || code > 0xFFFF)
+            continue;   // not a character: hidden text was damaged
+        if (code < 256)
+            out += FromCp1250(QByteArray(1, char(int(code))));
+        else
+            out += QChar(char16_t(int(code)));
+    }
+    return out;
+}
+
+// --- waiting and sorting -----------------------------------------------------------
+
+void Pause(short milliseconds)
+{
+    if (milliseconds <= 0)
+        return;
+    if (!QCoreApplication::instance()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+        return;
+    }
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+// --- windows -----------------------------------------------------------------------
+
+void ViewHTML(const QString &path)
+{
+    if (path.isEmpty() || !QFileInfo::exists(path))
+        return;
+    QString ask;
+    const bool withMenu = GetSetToolBar(ask) == QLatin1String("1");
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const int screenHeight = screen ? screen->size().height() : 0;
+    auto *viewer = new HtmlViewer(NormalizePath(path), withMenu);
+    viewer->setGeometry(10, 10, 780, std::max(200, screenHeight - 50));
+    viewer->show();
+}
+
+void SetTopMost(QWidget *window, bool topMost)
+{
+    if (!window)
+        return;
+    const bool visible = window->isVisible();
+    window->setWindowFlag(Qt::WindowStaysOnTopHint, topMost);
+    if (visible)
+        window->show();   // changing the flags hides the window
+}
+
+void DragWindow(QWidget *window)
+{
+    if (window && window->windowHandle())
+        window->windowHandle()->startSystemMove();
+}
+
+bool IsFormOpen(const QString &name)
+{
+    QString title = name;
+    if (name == QLatin1String("frmDocPanelForm"))
+        title = QStringLiteral("Fondarix - Studio");
+    else if (name == QLatin1String("frmArchObj"))
+        title = QStringLiteral("Seznam zádanek");
+    const auto windows = QApplication::topLevelWidgets();
+    return std::any_of(windows.begin(), windows.end(), [&](const QWidget *w) {
+        return w->isVisible() && (w->windowTitle() == title || w->objectName() == name);
+    });
+}
+
+QString GetSpecialFolderPath(int folderNumber)
+{
+    switch (folderNumber) {
+    case 0: return Session().WinDir;
+    case 2: return QStandardPaths::writableLocation(QStandardPaths::ApplicationsLocation);
+    case 5: return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    case 16: return QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+    case 26: return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    default: return QString();
+    }
+}

@@ -1,0 +1,489 @@
+#include "core/codepage.h"
+#include "core/config.h"
+#include "core/db.h"
+#include "core/htmlviewer.h"
+#include "core/number.h"
+#include "core/session.h"
+#include "core/text.h"
+#include "support/testenv.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPointer>
+#include <QSqlQueryModel>
+#include <QTextBrowser>
+#include <QTextDocument>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace testenv;
+
+namespace {
+QString formatted(const QString &value, short width, short *widthBack = nullptr)
+{
+    QString v = value;
+    short w = width;
+    const QString text = FormatCastka(v, w);
+    EXPECT_EQ(v, value) << "the value is left as it was";
+    if (widthBack)
+        *widthBack = w;
+    return text;
+}
+
+QString blanks(int n) { return QString(n, QLatin1Char(' ')); }
+
+// The amount's digits alone, whatever the padding.
+QString amount(const QString &value) { return formatted(value, 0).trimmed(); }
+} // namespace
+
+// --- amounts ----------------------------------------------------------------------
+
+TEST(FormatCastka, NothingToReadIsZeroPaddedToTheWidth)
+{
+    for (const char *value : {"", "0", "abc", ".", ",", "  ", "-"}) {
+        short w = 0;
+        EXPECT_EQ(formatted(QString::fromLatin1(value), 12, &w), blanks(8) + "0,00") << value;
+        EXPECT_EQ(w, 12) << value;
+    }
+}
+
+TEST(FormatCastka, ThousandsBlankCommaAndTwoDecimals)
+{
+    short w = 0;
+    // "1234,5" is six characters long: the width loses six, then the plain "1234,5,50"
+    // (nine) is the least it may be.
+    EXPECT_EQ(formatted("1234.5", 14, &w), " 1 234,50");
+    EXPECT_EQ(w, 9);
+    EXPECT_EQ(formatted("1234,5", 14), " 1 234,50");
+    EXPECT_EQ(formatted("1 234 567,891", 0), "1 234 567,89");
+    EXPECT_EQ(formatted("123456789012,34", 0), "123 456 789 012,34");
+    EXPECT_EQ(formatted("12abc", 0), "12,00");
+    EXPECT_EQ(formatted("1,5e3", 0), "1 500,00");
+}
+
+TEST(FormatCastka, DecimalsAlwaysTwoDigits)
+{
+    // One decimal digit means tens of hellers.
+    EXPECT_EQ(amount("0,5"), "0,50");
+    EXPECT_EQ(amount("3,1"), "3,10");
+    EXPECT_EQ(amount("3,05"), "3,05");
+    EXPECT_EQ(amount("3,25"), "3,25");
+    EXPECT_EQ(amount("0,01"), "0,01");
+    EXPECT_EQ(amount("7"), "7,00");
+}
+
+TEST(FormatCastka, HalfHellersRoundToEven)
+{
+    EXPECT_EQ(amount("0,125"), "0,12");
+    EXPECT_EQ(amount("0,375"), "0,38");
+    EXPECT_EQ(amount("-0,125").remove(' '), "-0,12");
+    EXPECT_EQ(amount("999,995"), "1 000,00");
+}
+
+TEST(FormatCastka, SignStandsAheadOfThePadding)
+{
+    short w = 0;
+    const QString half = formatted("-0.5", 12, &w);
+    // "0,5" takes two off the width.
+    EXPECT_EQ(w, 10);
+    EXPECT_EQ(half, "-" + blanks(6) + "0,50");
+    EXPECT_EQ(formatted("-1 234,50", 20), "-" + blanks(6) + "1 234,50");
+    // The sign comes from the amount before rounding: a tiny debit stays a debit.
+    EXPECT_EQ(formatted("-0,001", 12), "-" + blanks(8) + "0,00");
+}
+
+TEST(FormatCastka, WidthShrinksByTheAmountsLength)
+{
+    struct Case {
+        const char *value;
+        int cut;   // taken off a width of 20
+    };
+    const Case cases[] = {
+        {"5", 0},          {"10", 1},          {"100", 2},          {"1,5", 2},
+        {"1000", 4},       {"10000", 5},       {"100000", 6},       {"1000000", 8},
+        {"10000000", 9},   {"100000000", 10},  {"1000000000", 0},
+    };
+    for (const Case &c : cases) {
+        short w = 0;
+        const QString text = formatted(QString::fromLatin1(c.value), 20, &w);
+        EXPECT_EQ(w, 20 - c.cut) << c.value;
+        EXPECT_EQ(text.size(), std::max<qsizetype>(w, text.trimmed().size())) << c.value;
+    }
+    // A caller that reuses its variable gets a narrower column each time.
+    QString v = "1000";
+    short w = 20;
+    FormatCastka(v, w);
+    FormatCastka(v, w);
+    EXPECT_EQ(w, 12);
+    // A width too small for the amount grows to its plain length; nothing is cut off.
+    w = 0;
+    EXPECT_EQ(FormatCastka(v, w), "1 000,00");
+    EXPECT_EQ(w, 5);
+    w = SHRT_MIN;
+    EXPECT_EQ(FormatCastka(v, w), "1 000,00");
+}
+
+TEST(FormatCastka, BigAmountsKeepTheirDigits)
+{
+    // Beyond the mask's four groups the first group takes the rest.
+    EXPECT_EQ(formatted("1234567890123,45", 0), "1234 567 890 123,45");
+    short w = 0;
+    EXPECT_EQ(formatted("1e15", 30, &w), blanks(3) + "1000000 000 000 000,00");
+    EXPECT_EQ(w, 25);   // "1E+15" is five characters long
+    EXPECT_EQ(amount("12345678901234,57"), "12345 678 901 234,60");   // fifteen digits are known
+    // Fifteen digits, then zeros: 301 digits, three blanks, the decimals.
+    const QString huge = formatted("1e300", 0);
+    EXPECT_EQ(huge.size(), 301 + 3 + 3);
+    EXPECT_TRUE(huge.startsWith("1000000000000000000000"));
+    EXPECT_TRUE(huge.endsWith("000 000 000,00"));
+    EXPECT_EQ(formatted("1e999", 12), blanks(8) + "0,00");
+    EXPECT_EQ(formatted(QString(5000, QLatin1Char('9')).prepend("x"), 4), "0,00");
+}
+
+// --- packed fields ---------------------------------------------------------------
+
+TEST(GetField, PicksPiecesFromZero)
+{
+    EXPECT_EQ(GetField("a#b#c", 1), "b");
+    EXPECT_EQ(GetField("a#b#c", 0, 0), "a");
+    EXPECT_EQ(GetField("a#b#c", 2), "c");
+    EXPECT_EQ(GetField("a#b#c", 3), "");
+    EXPECT_EQ(GetField("a#b#c", -1), "");
+    EXPECT_EQ(GetField("", 0), "");
+    EXPECT_EQ(GetField("###", 1), "");
+    EXPECT_EQ(GetField("###", 3), "");
+    EXPECT_EQ(GetField("a,b", 1, ','), "b");
+    EXPECT_EQ(GetField("Příliš~žluťoučký~kůň", 2, '~'), "kůň");
+    EXPECT_EQ(GetField("ařbřc", 1, short(u'ř')), "b");
+    EXPECT_EQ(GetField("a~b", 0), "a~b");
+
+    QStringList pieces;
+    for (int i = 0; i < 30000; ++i)
+        pieces << QString::number(i);
+    const QString huge = pieces.join('#');
+    EXPECT_EQ(GetField(huge, 29999), "29999");
+    EXPECT_EQ(GetField(huge, 12345), "12345");
+    EXPECT_EQ(GetField(huge, SHRT_MAX), "");
+}
+
+TEST(CountSep, CountsEachSeparatorOnce)
+{
+    EXPECT_EQ(CountSep("", ","), 0);
+    EXPECT_EQ(CountSep("abc", ","), 0);
+    EXPECT_EQ(CountSep("###", "#"), 3);
+    EXPECT_EQ(CountSep("12,34,", ","), 2);
+    EXPECT_EQ(CountSep("aaa", "aa"), 1);
+    EXPECT_EQ(CountSep("č~ř~ž", "~"), 2);
+    EXPECT_EQ(CountSep("ařbřc", "ř"), 2);
+    EXPECT_EQ(CountSep("a$b", "$"), 0);
+    EXPECT_EQ(CountSep("abc", ""), 0);
+    // Each find leaves a "$" behind, which may join the next one.
+    EXPECT_EQ(CountSep("$$$$", "$$"), 3);
+    EXPECT_EQ(CountSep(QString(40000, ','), ","), SHRT_MAX);
+}
+
+TEST(IsNumberText, PlainNumbersAndWhatItWritesBack)
+{
+    QString t = "1 234,5";
+    EXPECT_TRUE(IsNumberText(t));
+    EXPECT_EQ(t, QString("1") + QChar(0xA0) + "234.5");
+    t = "1,2,3";
+    EXPECT_FALSE(IsNumberText(t));
+    EXPECT_EQ(t, "1.2.3");
+    t = "-12";
+    EXPECT_TRUE(IsNumberText(t));
+    EXPECT_EQ(t, "12");
+    for (const char *bad : {"12a", "1\t2", "1e5", "+1"}) {
+        t = QString::fromLatin1(bad);
+        EXPECT_FALSE(IsNumberText(t)) << bad;
+    }
+    for (const char *blank : {"", "   "}) {
+        t = QString::fromLatin1(blank);
+        EXPECT_FALSE(IsNumberText(t));
+        EXPECT_EQ(t, QString::fromLatin1(blank)) << "blank text is not touched";
+    }
+    t = "١٢";   // digits of another script are not digits here
+    EXPECT_FALSE(IsNumberText(t));
+}
+
+TEST(DateTwoDigits, PadsDayAndMonth)
+{
+    EXPECT_EQ(DateTwoDigits("1.2.2024"), "01.02.2024");
+    EXPECT_EQ(DateTwoDigits("12.11.2024"), "12.11.2024");
+    EXPECT_EQ(DateTwoDigits("1.2.24"), "01.02.24");
+    EXPECT_EQ(DateTwoDigits(""), "");
+    EXPECT_EQ(DateTwoDigits("1.2"), "01.02");
+    EXPECT_EQ(DateTwoDigits("x"), "0x");
+}
+
+// --- grant filters ------------------------------------------------------------------
+
+TEST(GrantFilter, LikeTermsAndTheTrailingComma)
+{
+    EXPECT_EQ(BuildGrantLike("12"), "_GRANT like '12%'");
+    EXPECT_EQ(BuildGrantLike("12,34"), "_GRANT like '12%' or _GRANT like '34%'");
+    EXPECT_EQ(BuildGrantLike("12,"), "_GRANT like '12%' or _GRANT like '%'");
+    EXPECT_EQ(BuildGrantLike(""), "_GRANT like '%'");
+}
+
+TEST(GrantFilter, ArchivTermsNeedAComma)
+{
+    EXPECT_EQ(BuildGrantArchiv("12"), "");
+    EXPECT_EQ(BuildGrantArchiv(""), "");
+    EXPECT_EQ(BuildGrantArchiv("12,34"),
+              "(_GRANT = '12' AND archiv<>'1') or (_GRANT = '34' AND archiv<>'1')");
+    EXPECT_EQ(BuildGrantArchiv("12,"), "(_GRANT = '12' AND archiv<>'1') or (_GRANT = '' AND archiv<>'1')");
+}
+
+TEST(GrantFilter, TermsSelectOnTheServer)
+{
+    FreshDatabases(false);
+    const QString rows = "SELECT _GRANT FROM (SELECT '12' AS _GRANT, '0' AS archiv UNION ALL "
+                         "SELECT '120', '1' UNION ALL SELECT '34', '' UNION ALL SELECT '1''2', '') t WHERE ";
+    EXPECT_EQ(Column("fondarix_sys", rows + BuildGrantLike("12") + " ORDER BY 1"), QStringList({"12", "120"}));
+    EXPECT_EQ(Column("fondarix_sys", rows + BuildGrantLike("12,") + " ORDER BY 1").size(), 4);
+    EXPECT_EQ(Column("fondarix_sys", rows + "(" + BuildGrantArchiv("120,34") + ") ORDER BY 1"), QStringList({"34"}));
+    // A quote in a filter is part of a grant number, not of the statement.
+    EXPECT_EQ(Column("fondarix_sys", rows + BuildGrantLike("1'2")), QStringList({"1'2"}));
+    EXPECT_EQ(Column("fondarix_sys", rows + "(" + BuildGrantArchiv("1'2,x\\") + ")"), QStringList({"1'2"}));
+}
+
+// --- lists ----------------------------------------------------------------------------
+
+TEST(ListHasValue, SaysSoUnlessSilent)
+{
+    ScriptedMessages messages;
+    const QStringList list = {"12", "34", "Ďábel"};
+    EXPECT_TRUE(ListHasValue("34", list));
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.lastText(), "Zadána hodnota  34  v seznamu již existuje, opakujte prosím volbu.");
+    EXPECT_TRUE(ListHasValue("Ďábel", list, true));
+    EXPECT_FALSE(ListHasValue("ďábel", list));
+    EXPECT_FALSE(ListHasValue("56", list));
+    EXPECT_FALSE(ListHasValue("", {}));
+    EXPECT_EQ(messages.shown.size(), 1u);
+}
+
+TEST(Collections, FillFromModelAndKeys)
+{
+    FreshDatabases(false);
+    DbConnection conn(ConnStrSys());
+    ASSERT_TRUE(conn.isOpen());
+    QSqlQueryModel model;
+    model.setQuery(QStringLiteral("SELECT 'Žár' AS nazev, 1 AS n UNION ALL SELECT NULL, 2 UNION ALL SELECT 'b', 3"),
+                   conn.db());
+    QStringList list = {"first"};
+    FillCollection(model, list, "nazev");
+    EXPECT_EQ(list, QStringList({"first", "Žár", "", "b"}));
+    FillCollection(model, list, "missing");
+    EXPECT_EQ(list.size(), 4);
+
+    const QMap<QString, QString> map = {{"Heslo", "x"}, {"Prazdne", ""}};
+    EXPECT_TRUE(KeyInCollection(map, "Heslo"));
+    EXPECT_TRUE(KeyInCollection(map, "HESLO"));
+    EXPECT_FALSE(KeyInCollection(map, "Prazdne"));
+    EXPECT_FALSE(KeyInCollection(map, "jine"));
+}
+
+TEST(BubbleSortNumbers, Ascending)
+{
+    QVector<double> numbers = {3, 1, 2, -5, 2.5, 1, 1e300, -0.0};
+    QVector<double> expected = numbers;
+    std::sort(expected.begin(), expected.end());
+    BubbleSortNumbers(numbers);
+    EXPECT_EQ(numbers, expected);
+    QVector<double> none;
+    BubbleSortNumbers(none);
+    EXPECT_TRUE(none.isEmpty());
+}
+
+// --- files ----------------------------------------------------------------------------
+
+TEST(NormalizePath, DoubledSeparatorsButNetworkPrefix)
+{
+    EXPECT_EQ(NormalizePath(R"(\\server\\share\\dir\file.htm)"), R"(\\server\share\dir\file.htm)");
+    EXPECT_EQ(NormalizePath(R"(C:\\temp\\List.htm)"), R"(C:\temp\List.htm)");
+    EXPECT_EQ(NormalizePath("/tmp//fondarix//List.htm"), "/tmp/fondarix/List.htm");
+    EXPECT_EQ(NormalizePath("//server//share"), "//server/share");
+    EXPECT_EQ(NormalizePath(""), "");
+}
+
+TEST(SafeFileName, AccentTableAndWhatPassesThrough)
+{
+    EXPECT_EQ(SafeFileName(" příliš žluťoučký kůň / Ťa Ňo Ďu Ó\\x "), "PRILIS_ZLUŤOUCKY_KUŇ___ŤA_ŇO_ĎU_Ó_X");
+    EXPECT_EQ(SafeFileName("Úřední Éra Ýbr"), "UREDNI_ERA_YBR");
+    EXPECT_EQ(SafeFileName(""), "");
+}
+
+TEST(ReadWholeFile, LinesJoinedOrBytesAsTheyStand)
+{
+    const QString path = Session().TempDir + "/whole.txt";
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(ToCp1250("Řádek\r\nb\rc\nd"));
+    f.close();
+    EXPECT_EQ(ReadWholeFile(path, true), "Řádekbc\nd");
+    EXPECT_EQ(ReadWholeFile(path, false), "Řádek\r\nb\rc\nd");
+
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(QByteArray(1000005, 'x') + "\r\ny");
+    f.close();
+    const QString long_ = ReadWholeFile(path, true);
+    EXPECT_EQ(long_.size(), 1000001);
+    EXPECT_TRUE(long_.endsWith("xy"));
+    EXPECT_EQ(ReadWholeFile(path, false).size(), 1000008);
+
+    EXPECT_EQ(ReadWholeFile(path + ".missing", true), "");
+    EXPECT_EQ(ReadWholeFile(path + ".missing", false), "");
+    EXPECT_EQ(ReadWholeFile(Session().TempDir, false), "");
+}
+
+TEST(Scramble, NumbersByPositionAndBack)
+{
+    EXPECT_EQ(ScrambleText("ab"), "118~118");
+    EXPECT_EQ(ScrambleText("č"), QString::number(0xE8 + 21));   // its Windows-1250 code
+    EXPECT_EQ(ScrambleText(""), "");
+    const QString texts[] = {"Heslo čŘ€ ~ 123", QString(300, QLatin1Char(' ')) + "konec",
+                             "Москва 😀", "\t\n"};
+    for (const QString &t : texts) {
+        const QString hidden = ScrambleText(t);
+        EXPECT_FALSE(hidden.contains(' '));
+        EXPECT_EQ(UnscrambleText(hidden), t);
+    }
+    // Damaged text gives what it can, never a failure.
+    EXPECT_EQ(UnscrambleText("118~x~~99999999"), "a");
+    EXPECT_EQ(UnscrambleText(""), "");
+}
+
+// --- waiting and windows ----------------------------------------------------------------
+
+TEST(Pause, WaitsWithEventsRunning)
+{
+    bool fired = false;
+    QTimer::singleShot(10, [&fired] { fired = true; });
+    QElapsedTimer clock;
+    clock.start();
+    Pause(60);
+    EXPECT_GE(clock.elapsed(), 59);
+    EXPECT_TRUE(fired);
+    Pause(-5);
+}
+
+TEST(Windows, FormOpenByTitleOrName)
+{
+    QWidget archive;
+    archive.setWindowTitle("Seznam zádanek");
+    QWidget studio;
+    studio.setWindowTitle("Fondarix - Studio");
+    QWidget firms;
+    firms.setObjectName("frmFirmy");
+    firms.setWindowTitle("Firmy");
+    EXPECT_FALSE(IsFormOpen("frmArchObj"));
+    archive.show();
+    studio.show();
+    firms.show();
+    EXPECT_TRUE(IsFormOpen("frmArchObj"));
+    EXPECT_TRUE(IsFormOpen("frmDocPanelForm"));
+    EXPECT_TRUE(IsFormOpen("frmFirmy"));
+    EXPECT_TRUE(IsFormOpen("Firmy"));
+    EXPECT_FALSE(IsFormOpen("Seznam zadanek"));
+    archive.hide();
+    EXPECT_FALSE(IsFormOpen("frmArchObj"));
+
+    SetTopMost(&firms, true);
+    EXPECT_TRUE(firms.windowFlags() & Qt::WindowStaysOnTopHint);
+    EXPECT_TRUE(firms.isVisible());
+    SetTopMost(&firms, false);
+    EXPECT_FALSE(firms.windowFlags() & Qt::WindowStaysOnTopHint);
+    SetTopMost(nullptr, true);
+}
+
+TEST(Windows, SpecialFolders)
+{
+    EXPECT_EQ(GetSpecialFolderPath(0), Session().WinDir);
+    EXPECT_FALSE(GetSpecialFolderPath(16).isEmpty());
+    EXPECT_EQ(GetSpecialFolderPath(12345), "");
+}
+
+// --- the HTML viewer -------------------------------------------------------------------------
+
+namespace {
+QList<HtmlViewer *> viewers()
+{
+    QList<HtmlViewer *> found;
+    for (QWidget *w : QApplication::topLevelWidgets()) {
+        if (auto *v = qobject_cast<HtmlViewer *>(w))
+            found << v;
+    }
+    return found;
+}
+
+void closeViewers()
+{
+    for (HtmlViewer *v : viewers())
+        delete v;
+}
+} // namespace
+
+TEST(ViewHTML, MissingFileOpensNothing)
+{
+    closeViewers();
+    ViewHTML(Session().TempDir + "/nothing-here.htm");
+    ViewHTML(QString());
+    EXPECT_TRUE(viewers().isEmpty());
+}
+
+TEST(ViewHTML, ShowsWindows1250Page)
+{
+    FreshDatabases(true);
+    LoginAs(1);
+    closeViewers();
+    qputenv("FONDARIX_NO_BROWSER", "1");
+    const QString path = Session().TempDir + "/List.htm";
+    ASSERT_TRUE(WriteFileCp1250(path, "<html><head><title>Přehled čerpání</title></head><body>"
+                                      "<h2>Čerpání grantu 12</h2><p>Žluťoučký kůň úpěl ďábelské ódy</p>"
+                                      "<table border=1><tr><td>Materiál</td><td>1 234,50</td></tr></table>"
+                                      "</body></html>"));
+    ViewHTML(Session().TempDir + "//List.htm");
+    ASSERT_EQ(viewers().size(), 1);
+    HtmlViewer *viewer = viewers().first();
+    EXPECT_TRUE(viewer->isVisible());
+    EXPECT_EQ(viewer->windowTitle(), "Přehled čerpání");
+    EXPECT_TRUE(viewer->browser()->toPlainText().contains("Žluťoučký kůň úpěl ďábelské ódy"));
+    EXPECT_EQ(viewer->path(), path);
+    EXPECT_EQ(viewer->findChild<QLineEdit *>("txtAddress")->text(), path);
+    EXPECT_EQ(viewer->geometry().topLeft(), QPoint(10, 10));
+    EXPECT_EQ(viewer->width(), 780);
+    EXPECT_NE(viewer->findChild<QMenuBar *>("menuBar"), nullptr);   // the default setting is "1"
+
+    QString printed;
+    QWidget *printParent = nullptr;
+    HtmlViewer::setPrintHandler([&](QTextDocument *doc, QWidget *parent) {
+        printed = doc->toPlainText();
+        printParent = parent;
+    });
+    viewer->findChild<QAction *>("actPrint")->trigger();
+    HtmlViewer::setPrintHandler({});
+    EXPECT_TRUE(printed.contains("Čerpání grantu 12"));
+    EXPECT_EQ(printParent, viewer);
+    viewer->findChild<QAction *>("actOpenBrowser")->trigger();   // no browser under tests
+
+    SaveScreen(viewer, "html_viewer");
+    closeViewers();
+
+    // The user's setting "0" takes the menu bar away.
+    QString off = "0";
+    GetSetToolBar(off);
+    ViewHTML(path);
+    ASSERT_EQ(viewers().size(), 1);
+    EXPECT_EQ(viewers().first()->findChild<QMenuBar *>("menuBar"), nullptr);
+    closeViewers();
+}
