@@ -87,6 +87,7 @@ frmLoginUser::frmLoginUser(QWidget *parent)
         if (!grant.isEmpty())
             Combo2->addItem(grant);
     Combo2->setCurrentIndex(-1);
+    Combo2->setMinimumWidth(120);
 
     cmdAdd = button(this, "cmdAdd", QStringLiteral("&Přidat"));
     cmdSave = button(this, "cmdSave", QStringLiteral("&Uložit"));
@@ -157,6 +158,7 @@ void frmLoginUser::FillUsers(int filterTyp)
     MSFlexGrid1->setRowCount(int(m_rows.size()));
     for (int row = 0; row < m_rows.size(); ++row)
         setRowCells(row);
+    MSFlexGrid1->resizeColumnsToContents();
     MSFlexGrid1->setCurrentCell(-1, -1);
 }
 

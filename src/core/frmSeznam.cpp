@@ -137,12 +137,13 @@ void frmSeznam::Delete()
 {
     if (!m_model)
         return;
-    const QModelIndex current = DataGrid1->currentIndex();
-    if (!current.isValid())
+    // Like a data control, the list always stands on a row: the chosen one, else the first.
+    const int row = DataGrid1->currentIndex().isValid() ? DataGrid1->currentIndex().row() : 0;
+    if (row >= m_model->rowCount())
         return;
     if (!Confirmed(MsgBox(m_deleteQuestion, MsgQuestionOkCancel, m_deleteTitle)))
         return;
-    m_model->removeRow(current.row());
+    m_model->removeRow(row);
     submit();
 }
 

@@ -118,7 +118,7 @@ bool AddUser(int *newKey, QString *error)
         return false;
     QSqlQuery q = sys.query();
     // A blank first name is enough for the row to exist; Save fills in the rest.
-    if (!sys.exec(q, QStringLiteral("INSERT INTO sys_users (jmeno) VALUES (?)"), {QString()}))
+    if (!sys.exec(q, QStringLiteral("INSERT INTO sys_users (jmeno) VALUES (?)"), {QStringLiteral("")}))
         return failed(sys, error);
     if (newKey)
         *newKey = q.lastInsertId().toInt();

@@ -1,0 +1,282 @@
+#include "admin/frmSysPageSetup.h"
+#include "admin/page_setup.h"
+#include "admin/print.h"
+#include "core/config.h"
+#include "core/msg.h"
+#include "support/testenv.h"
+
+#include <QFile>
+#include <QLineEdit>
+#include <QPageSize>
+#include <QProcess>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QTest>
+#include <QTextDocument>
+#include <QPrinter>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace testenv;
+
+namespace {
+void clearStore() { QSettings(QStringLiteral("Fondarix"), QStringLiteral("Fondarix")).clear(); }
+
+QString stored(const char *name) { return GetSetting(PageSetupKey, QLatin1String(name)); }
+
+QLineEdit *field(QWidget &screen, const char *name)
+{
+    auto *f = screen.findChild<QLineEdit *>(QLatin1String(name));
+    EXPECT_NE(f, nullptr) << name;
+    return f;
+}
+
+// Types as a user does, then leaves the field.
+void retype(QLineEdit *f, const QString &text)
+{
+    f->setFocus();
+    f->selectAll();
+    QTest::keyClick(f, Qt::Key_Delete);
+    QTest::keyClicks(f, text);
+    emit f->editingFinished();
+}
+
+struct Word {
+    QString text;
+    double xMin;
+    double yMin;
+    double yMax;
+};
+
+// Words of a PDF with their boxes, in points from the top-left corner of the page.
+QList<Word> pdfWords(const QString &path)
+{
+    QProcess p;
+    p.start(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), path, QStringLiteral("-")});
+    p.waitForFinished(30000);
+    const QString html = QString::fromUtf8(p.readAllStandardOutput());
+    QList<Word> words;
+    static const QRegularExpression word(
+        QStringLiteral("<word xMin=\"([0-9.]+)\" yMin=\"([0-9.]+)\" xMax=\"[0-9.]+\" yMax=\"([0-9.]+)\">([^<]*)</word>"));
+    for (auto it = word.globalMatch(html); it.hasNext();) {
+        const auto m = it.next();
+        words << Word{m.captured(4), m.captured(1).toDouble(), m.captured(2).toDouble(), m.captured(3).toDouble()};
+    }
+    return words;
+}
+
+QString pdfText(const QString &path)
+{
+    QProcess p;
+    p.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), path, QStringLiteral("-")});
+    p.waitForFinished(30000);
+    return QString::fromUtf8(p.readAllStandardOutput());
+}
+} // namespace
+
+TEST(PageSetup, DefaultsAndStoredValues)
+{
+    clearStore();
+    const SetPageSetup setup;
+    QString value = "x";
+    EXPECT_EQ(setup.SetPagesSetup(SetPageSetup::MarginTop, value), "0,31596");
+    EXPECT_EQ(value, "0,31596");
+    EXPECT_EQ(setup.SetPagesSetup(SetPageSetup::MarginRight, value), "0,31596");
+    EXPECT_EQ(setup.SetPagesSetup(SetPageSetup::Header, value), "");
+    EXPECT_EQ(value, "");
+
+    setup.SavePagesSetup("&w", "&p", "0,5", "0,25", "1", "0,75");
+    EXPECT_EQ(stored("header"), "&w");
+    EXPECT_EQ(stored("margin_bottom"), "0,25");
+    EXPECT_EQ(setup.SetPagesSetup(SetPageSetup::MarginLeft, value), "1");
+    const PageSetupValues v = ReadPageSetup();
+    EXPECT_EQ(v.footer, "&p");
+    EXPECT_DOUBLE_EQ(v.top, 0.5);
+    EXPECT_DOUBLE_EQ(v.right, 0.75);
+
+    // Text that is no margin falls back to the default when printing.
+    SaveSetting(PageSetupKey, "margin_top", "široký");
+    EXPECT_DOUBLE_EQ(ReadPageSetup().top, 0.31596);
+}
+
+TEST(PageSetup, MillimetreAndInchTexts)
+{
+    EXPECT_EQ(MillimetresText(MarginInches("0,31596")), "8,03");
+    EXPECT_EQ(MillimetresText(MarginInches("0.5")), "12,7");
+    EXPECT_EQ(MillimetresText(MarginInches("1")), "25,4");
+    EXPECT_EQ(MillimetresText(MarginInches("0")), "0");
+    EXPECT_DOUBLE_EQ(MarginInches("abc"), 0.31596);
+    EXPECT_DOUBLE_EQ(MarginInches("-1"), 0.31596);
+
+    QString inches;
+    ASSERT_TRUE(InchesText("12,7", &inches));
+    EXPECT_EQ(inches, "0,50000");
+    ASSERT_TRUE(InchesText("8", &inches));
+    EXPECT_EQ(inches, "0,31496");
+    ASSERT_TRUE(InchesText("0", &inches));
+    EXPECT_EQ(inches, "0,00000");
+    EXPECT_FALSE(InchesText("8,,5", &inches));
+    EXPECT_FALSE(InchesText("", &inches));
+    EXPECT_FALSE(InchesText("100,5", &inches));
+
+    EXPECT_EQ(MarginTyped("1a2.5"), "12,5");
+    EXPECT_EQ(MarginTyped("-3 mm"), "3");
+    EXPECT_EQ(MarginFinished(""), "0");
+    EXPECT_EQ(MarginFinished("7"), "7");
+}
+
+TEST(PageSetup, EditorSavesInInchesAndStornoSavesNothing)
+{
+    clearStore();
+    ScriptedMessages messages;
+    {
+        frmSysPageSetup screen;
+        EXPECT_EQ(screen.windowTitle(), "Vzhled stránky ");
+        EXPECT_EQ(field(screen, "txtLeft")->text(), "8,03");
+        EXPECT_EQ(field(screen, "txtBottom")->text(), "8,03");
+        retype(field(screen, "txtLeft"), "15");
+        field(screen, "txtHeader")->setText("Přehled");
+        screen.findChild<QPushButton *>("Command1")->click();
+        EXPECT_EQ(screen.result(), QDialog::Rejected);
+    }
+    EXPECT_EQ(stored("margin_left"), "");
+    EXPECT_EQ(stored("header"), "");
+
+    frmSysPageSetup screen;
+    screen.show();
+    retype(field(screen, "txtLeft"), "12.5");
+    EXPECT_EQ(field(screen, "txtLeft")->text(), "12,5");
+    retype(field(screen, "txtTop"), "");
+    EXPECT_EQ(field(screen, "txtTop")->text(), "0");
+    field(screen, "txtHeader")->setText("&w&bStrana &p z &P");
+    field(screen, "txtFooter")->setText("&d");
+    SaveScreen(&screen, "frmSysPageSetup");
+    retype(field(screen, "txtRight"), "150");
+
+    auto *ok = screen.findChild<QPushButton *>("cmdOk");
+    ok->click();
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].style, MsgWarning);
+    EXPECT_TRUE(messages.shown[0].text.contains("Vpravo"));
+    EXPECT_EQ(stored("margin_left"), "");   // nothing written while a margin is wrong
+
+    retype(field(screen, "txtRight"), "5");
+    ok->click();
+    EXPECT_EQ(screen.result(), QDialog::Accepted);
+    EXPECT_EQ(stored("margin_left"), "0,49213");
+    EXPECT_EQ(stored("margin_right"), "0,19685");
+    EXPECT_EQ(stored("margin_top"), "0,00000");
+    EXPECT_EQ(stored("margin_bottom"), "0,31614");   // 8,03 mm as shown
+    EXPECT_EQ(stored("header"), "&w&bStrana &p z &P");
+    EXPECT_EQ(stored("footer"), "&d");
+}
+
+TEST(PageSetup, MailHostConfiguredElseDefault)
+{
+    clearStore();
+    const SetPageSetup setup;
+    EXPECT_EQ(setup.GetSMTPSetup(), DefaultMailHost);
+    SaveSetting("Mail", "SMTP Server", " smtp.ukv-lhotka.cz ");
+    EXPECT_EQ(setup.GetSMTPSetup(), "smtp.ukv-lhotka.cz");
+
+    qunsetenv("USERDNSDOMAIN");
+    EXPECT_EQ(setup.GetSMTPSetup2(), DefaultMailHost);
+    qputenv("USERDNSDOMAIN", "ukv-lhotka.cz");
+    EXPECT_EQ(setup.GetSMTPSetup2(), "ukv-lhotka.cz");
+    qunsetenv("USERDNSDOMAIN");
+    EXPECT_FALSE(setup.GetSMTPSetup3().isEmpty());
+    EXPECT_EQ(setup.GetSMTPSetup4(), setup.GetSMTPSetup3());
+}
+
+TEST(PagePrint, HeaderAndFooterCodes)
+{
+    PageContext c;
+    c.title = "Čerpání grantu";
+    c.url = "List.htm";
+    c.page = 2;
+    c.pages = 3;
+    c.when = QDateTime(QDate(2024, 3, 5), QTime(14, 7));
+    EXPECT_EQ(ExpandPageCodes("&w&bStrana &p z &P", c), (QStringList{"Čerpání grantu", "", "Strana 2 z 3"}));
+    EXPECT_EQ(ExpandPageCodes("&u&b&d&b&t", c), (QStringList{"List.htm", "05.03.2024", "14:07"}));
+    EXPECT_EQ(ExpandPageCodes("A && B &q &", c), (QStringList{"A & B &q &", "", ""}));
+    // A third split has nowhere to go: its text stays on the right.
+    EXPECT_EQ(ExpandPageCodes("a&bb&bc&bd", c), (QStringList{"a", "b", "cd"}));
+}
+
+TEST(PagePrint, PdfHasMarginsHeaderAndFooterOnEveryPage)
+{
+    QTextDocument document;
+    QString html = "<html><head><title>Čerpání grantu 12</title></head><body>";
+    for (int i = 1; i <= 120; ++i)
+        html += QString("<p>Radek%1 účtu</p>").arg(i);
+    document.setHtml(html + "</body></html>");
+
+    PageSetupValues setup;
+    setup.header = "&w&bStrana &p z &P";
+    setup.footer = "Zapati &bkonec";
+    setup.left = 1.0;
+    setup.top = 0.5;
+    setup.right = 0.5;
+    setup.bottom = 0.75;
+
+    const QString path = SamplesDir("print") + "/report.pdf";
+    QFile::remove(path);
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(path);
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    ASSERT_TRUE(PrintDocument(&document, printer, setup));
+
+    const QString text = pdfText(path);
+    EXPECT_TRUE(text.contains("Čerpání grantu 12")) << text.left(400).toStdString();
+    const int pages = int(text.count(QChar('\f')));
+    ASSERT_GE(pages, 2);
+    for (int page = 1; page <= pages; ++page)
+        EXPECT_TRUE(text.contains(QString("Strana %1 z %2").arg(page).arg(pages))) << page;
+    EXPECT_EQ(text.count("Zapati"), pages);
+    EXPECT_TRUE(text.contains("Radek120"));
+
+    // Positions in points: 1 inch is 72.
+    const QList<Word> words = pdfWords(path);
+    const double pageHeight = 841.9;   // A4
+    bool headerSeen = false, footerSeen = false, bodySeen = false;
+    for (const Word &w : words) {
+        if (w.text == "Čerpání" && !headerSeen) {
+            headerSeen = true;
+            EXPECT_NEAR(w.xMin, 72, 2);
+            EXPECT_NEAR(w.yMin, 36, 4);
+        } else if (w.text == "Zapati" && !footerSeen) {
+            footerSeen = true;
+            EXPECT_NEAR(w.xMin, 72, 2);
+            EXPECT_LE(w.yMax, pageHeight - 54 + 1);
+            EXPECT_GT(w.yMax, pageHeight - 54 - 20);
+        } else if (w.text == "konec") {
+            EXPECT_LE(w.xMin, 595.3 - 36);   // right-aligned inside the right margin
+            EXPECT_GT(w.xMin, 595.3 - 36 - 60);
+        } else if (w.text == "Radek1" && !bodySeen) {
+            bodySeen = true;
+            EXPECT_GE(w.xMin, 72);
+            EXPECT_LT(w.xMin, 80);
+            EXPECT_GT(w.yMin, 36 + 8);   // below the header
+        }
+    }
+    EXPECT_TRUE(headerSeen && footerSeen && bodySeen);
+
+    // Without header and footer the body starts at the top margin.
+    setup.header.clear();
+    setup.footer.clear();
+    setup.left = 2.0;
+    const QString plain = SamplesDir("print") + "/plain.pdf";
+    printer.setOutputFileName(plain);
+    ASSERT_TRUE(PrintDocument(&document, printer, setup));
+    const QList<Word> plainWords = pdfWords(plain);
+    const auto first = std::find_if(plainWords.begin(), plainWords.end(), [](const Word &w) { return w.text == "Radek1"; });
+    ASSERT_NE(first, plainWords.end());
+    EXPECT_GE(first->xMin, 144);
+    EXPECT_LT(first->xMin, 152);
+    EXPECT_LT(first->yMin, 36 + 12);
+    EXPECT_FALSE(pdfText(plain).contains("Strana"));
+}
