@@ -3,6 +3,7 @@
 #include "core/codepage.h"
 #include "core/config.h"
 #include "core/htmlviewer.h"
+#include "core/login.h"
 #include "core/msg.h"
 #include "core/number.h"
 #include "core/session.h"
@@ -12,8 +13,6 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
-#include <QGuiApplication>
-#include <QScreen>
 #include <QSqlQueryModel>
 #include <QSqlRecord>
 #include <QStandardPaths>
@@ -109,8 +108,12 @@ AmountParts splitAmount(double value)
 
 double decimalsValue(const std::string &decimals)
 {
-    if (decimals.empty())
-        return 0;
+    if (decimals.size() <= 2 && std::all_of(decimals.begin(), decimals.end(), [](char c) { return c >= '0' && c <= '9'; })) {
+        double v = 0;
+        for (const char c : decimals)
+            v = v * 10 + (c - '0');
+        return v;
+    }
     return ScanNumber(QString::fromLatin1(decimals.data(), qsizetype(decimals.size())));
 }
 
@@ -132,20 +135,16 @@ int widthCut(int length)
 
 // Digits into "### ### ### ###": a blank between groups of three from the right, four
 // groups at most (digits beyond the mask stay in the first group), nothing for zero.
-void appendGrouped(QString &out, const std::string &digits)
+void appendGrouped(std::string &out, const std::string &digits)
 {
     if (digits == "0")
         return;
-    const int n = int(digits.size());
-    const int firstLen = n > 12 ? n - 9 : (n % 3 == 0 ? 3 : n % 3);
-    int i = 0;
-    for (; i < firstLen; ++i)
-        out += QLatin1Char(digits[i]);
-    for (; i < n; i += 3) {
-        out += QLatin1Char(' ');
-        out += QLatin1Char(digits[i]);
-        out += QLatin1Char(digits[i + 1]);
-        out += QLatin1Char(digits[i + 2]);
+    const std::size_t n = digits.size();
+    const std::size_t firstLen = n > 12 ? n - 9 : (n % 3 == 0 ? 3 : n % 3);
+    out.append(digits, 0, firstLen);
+    for (std::size_t i = firstLen; i < n; i += 3) {
+        out += ' ';
+        out.append(digits, i, 3);
     }
 }
 
@@ -190,28 +189,28 @@ QString FormatCastka(QString &value, short &width)
         }
     }
 
-    QString result;
-    result.reserve(qsizetype(p.intDigits.size()) + 8);
+    std::string result;
+    result.reserve(p.intDigits.size() * 4 / 3 + 4);
     appendGrouped(result, p.intDigits);
-    result += QLatin1Char(',');
-    result += QLatin1String(shown);
-    if (result == QLatin1String(",00"))
-        result = QStringLiteral("0,00");
-    else if (result.startsWith(QLatin1Char(',')))
-        result.prepend(QLatin1Char('0'));
+    result += ',';
+    result += shown;
+    if (result.front() == ',')   // ",00" included
+        result.insert(0, 1, '0');
 
     // The plain text of the amount ("1234,5,50"): never narrower than that.
     const int plainLength = int(p.tenthsText.size() + 1 + p.decimals.size());
     w = std::clamp(std::max(w, plainLength), int(SHRT_MIN), int(SHRT_MAX));
     width = short(w);
 
-    const qsizetype pad = std::max<qsizetype>(0, w - result.size());
-    QString out;
-    out.reserve((negative ? 1 : 0) + pad + result.size());
+    const qsizetype pad = std::max<qsizetype>(0, w - qsizetype(result.size()));
+    const qsizetype sign = negative ? 1 : 0;
+    QString out(sign + pad + qsizetype(result.size()), Qt::Uninitialized);
+    QChar *at = out.data();
     if (negative)
-        out += QLatin1Char('-');
-    out.append(QString(pad, QLatin1Char(' ')));
-    out += result;
+        *at++ = QLatin1Char('-');
+    at = std::fill_n(at, pad, QLatin1Char(' '));
+    for (const char c : result)
+        *at++ = QLatin1Char(c);
     return out;
 }
 
@@ -496,8 +495,8 @@ void ViewHTML(const QString &path)
         return;
     QString ask;
     const bool withMenu = GetSetToolBar(ask) == QLatin1String("1");
-    const QScreen *screen = QGuiApplication::primaryScreen();
-    const int screenHeight = screen ? screen->size().height() : 0;
+    CheckResolution800();
+    const int screenHeight = GetField(Session().ScreenSize.toUpper(), 1, 'X').toInt();
     auto *viewer = new HtmlViewer(NormalizePath(path), withMenu);
     viewer->setGeometry(10, 10, 780, std::max(200, screenHeight - 50));
     viewer->show();

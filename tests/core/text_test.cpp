@@ -12,6 +12,8 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPointer>
@@ -462,6 +464,8 @@ TEST(ViewHTML, ShowsWindows1250Page)
     EXPECT_EQ(viewer->findChild<QLineEdit *>("txtAddress")->text(), path);
     EXPECT_EQ(viewer->geometry().topLeft(), QPoint(10, 10));
     EXPECT_EQ(viewer->width(), 780);
+    EXPECT_EQ(viewer->height(), QGuiApplication::primaryScreen()->size().height() - 50);
+    EXPECT_FALSE(Session().ScreenSize.isEmpty());
     EXPECT_NE(viewer->findChild<QMenuBar *>("menuBar"), nullptr);   // the default setting is "1"
 
     QString printed;
