@@ -11,7 +11,8 @@
 // Texts come in as UTF-8 and reach the file as Windows-1250 bytes. Lengths and
 // coordinates are in the unit of ScaleMode, Y counted from the bottom.
 // Nothing guards the order of calls. A failed write throws std::system_error,
-// a write with no open file std::runtime_error; the partial file stays.
+// a write with no open file std::runtime_error; the partial file stays, as it
+// does when a writer goes before ClosePDFFile.
 
 #include "pdf/fonttables.h"
 

@@ -97,9 +97,9 @@ void AddPage(clsPDFCreator &pdf, int32_t (*page)(clsPDFCreator &, bool), bool lo
     pdf.TypePage(content);
 }
 
-fs::path OrderDocument()
+// Tests run side by side: only one of them writes the sample kept for people.
+fs::path OrderDocument(const fs::path &path)
 {
-    const fs::path path = SampleDir() / "order_form.pdf";
     clsPDFCreator pdf;
     StartDocument(pdf, path);
     AddPage(pdf, RequestPage, true);
@@ -171,7 +171,7 @@ void ExpectPageLengthsExact(const std::string &pdf)
 
 TEST(Document, OrderFormHasFixedObjectOrderXrefAndTrailer)
 {
-    const std::string pdf = ReadFile(OrderDocument());
+    const std::string pdf = ReadFile(OrderDocument(ScratchFile(".pdf")));
     // Info, two fonts of four objects, content, page, image and its length,
     // catalog, then pages and resources written at the close.
     EXPECT_EQ(Numbers(ObjectsInOrder(pdf)),
@@ -194,7 +194,7 @@ TEST(Document, OrderFormHasFixedObjectOrderXrefAndTrailer)
 
 TEST(Document, InfoObjectKeepsItsSeparatorsAndZone)
 {
-    const std::string pdf = ReadFile(OrderDocument());
+    const std::string pdf = ReadFile(OrderDocument(ScratchFile(".pdf")));
     const std::regex info("^%PDF-1\\.3\r\n1 0 obj\r\n<<\r/Title \\(OBJEDNAVKA\\)\r/Author \\([^\r()]*\\)\r"
                           "/Creator  \\(KS4 PDFCreator\\)\r/Producer \\([^\r]*\\)\r"
                           "/CreationDate \\(D:20[0-9]{12}\\+01'00'\\)\r>>\r\nendobj\r\n5 0 obj\r\n");
@@ -220,7 +220,7 @@ TEST(Document, TitleIsEscapedAndHasADefault)
 
 TEST(Document, OrderFormReadsBackInTools)
 {
-    const fs::path path = OrderDocument();
+    const fs::path path = OrderDocument(SampleDir() / "order_form.pdf");
     ExpectQpdfAccepts(path);
     if (!HaveTool("pdftoppm") || !HaveTool("pdftotext"))
         GTEST_SKIP() << "poppler tools missing";
@@ -250,4 +250,36 @@ TEST(Document, ProtocolWithCorrectionHasTwoPages)
     const ToolResult text = RunTool("pdftotext '" + path.string() + "' -");
     EXPECT_NE(text.output.find("Oprava údajů pacienta (č. 7)"), std::string::npos) << text.output;
     EXPECT_TRUE(std::regex_search(RunTool("pdfinfo '" + path.string() + "'").output, std::regex("Pages: +2\n")));
+}
+
+TEST(Document, UnnamedFileGoesToTheTemporaryFolder)
+{
+    const fs::path dir = ScratchFile(".dir");
+    fs::remove_all(dir);
+    fs::create_directories(dir);
+    clsPDFCreator pdf;
+    pdf.TempDir(dir.string());
+    ASSERT_TRUE(pdf.InitPDFFile(""));
+    const auto entry = *fs::directory_iterator(dir);
+    const std::string name = entry.path().filename().string();
+    // "~", then day, hour, minute, second and one random digit in hexadecimal.
+    ASSERT_TRUE(std::regex_match(name, std::regex("~[0-9A-F]+\\.pdf"))) << name;
+    const long number = std::stol(name.substr(1), nullptr, 16);
+    EXPECT_GE(number, 1000000L * 10);
+    EXPECT_LE(number, 31235959L * 10 + 9);
+}
+
+TEST(Document, FailedOpenLeavesNoUsableFile)
+{
+    clsPDFCreator pdf;
+    EXPECT_FALSE(pdf.InitPDFFile((ScratchFile(".missing") / "x.pdf").string()));
+    const fs::path dir = ScratchFile(".isdir");
+    fs::create_directories(dir);
+    EXPECT_FALSE(pdf.InitPDFFile(dir.string()));
+    EXPECT_TRUE(fs::is_directory(dir));
+    int32_t len;
+    EXPECT_THROW(pdf.MoveTo(1, 1, false, len), std::runtime_error);
+    // A dry run writes nothing and so needs no file.
+    pdf.MoveTo(1, 1, true, len);
+    EXPECT_GT(len, 0);
 }
