@@ -125,13 +125,6 @@ TEST(Graphics, ArcIsAPolygonOfStepDegrees)
               "n\r\n0 0 m\r\nS\r\n");
 }
 
-TEST(Graphics, CircleIsFourCurves)
-{
-    EXPECT_EQ(InPoints([](clsPDFCreator &pdf) { pdf.DrawCircle(10, 10, 10, 4); }),
-              "10 0 m\r\n15.5 0 20 4.5 20 10 c\r\n20 15.5 15.5 20 10 20 c\r\n"
-              "4.5 20 0 15.5 0 10 c\r\n0 4.5 4.5 0 10 0 c\r\nf\r\n");
-}
-
 TEST(Pages, TypePageKeepsItsMediaBoxAndGivesTheContentNumber)
 {
     int16_t content = 0;

@@ -185,8 +185,9 @@ inline void ExpectQpdfAccepts(const fs::path &path)
     std::istringstream lines(r.output);
     for (std::string line; std::getline(lines, line);) {
         EXPECT_EQ(line.find("error"), std::string::npos) << line;
-        if (line.starts_with("WARNING"))
+        if (line.starts_with("WARNING")) {
             EXPECT_TRUE(std::regex_search(line, allowed)) << line;
+        }
     }
 }
 
