@@ -406,6 +406,8 @@ TEST(Windows, FormOpenByTitleOrName)
     SetTopMost(&firms, false);
     EXPECT_FALSE(firms.windowFlags() & Qt::WindowStaysOnTopHint);
     SetTopMost(nullptr, true);
+    DragWindow(nullptr);
+    DragWindow(&firms);   // the offscreen platform cannot move windows: nothing happens
 }
 
 TEST(Windows, SpecialFolders)
