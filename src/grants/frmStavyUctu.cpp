@@ -4,8 +4,8 @@
 #include "core/msg.h"
 #include "grants/filter.h"
 #include "grants/granttables.h"
+#include "grants/rowsmodel.h"
 
-#include <QAbstractTableModel>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeySequence>
@@ -23,89 +23,10 @@ AccountPicker &Picker()
     return picker;
 }
 
-enum Column { ColUcet, ColNazev, ColCastka, ColZustatek, ColumnCount };
+enum Column { ColUcet, ColNazev, ColCastka, ColZustatek };
 } // namespace
 
 void SetAccountPicker(AccountPicker picker) { Picker() = std::move(picker); }
-
-class SkupUctuModel : public QAbstractTableModel {
-public:
-    explicit SkupUctuModel(frmStavyUctu *screen) : QAbstractTableModel(screen), m_screen(screen) {}
-
-    int rowCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : m_screen->m_groups.size(); }
-    int columnCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : ColumnCount; }
-
-    QVariant headerData(int section, Qt::Orientation orientation, int role) const override
-    {
-        static const char *const names[] = {"Ucet", "Nazev", "Castka", "Zustatek"};
-        if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < ColumnCount)
-            return QString::fromLatin1(names[section]);
-        return QAbstractTableModel::headerData(section, orientation, role);
-    }
-
-    QVariant data(const QModelIndex &index, int role) const override
-    {
-        if (!index.isValid())
-            return {};
-        const GroupDef &g = m_screen->m_groups.at(index.row());
-        if (role == Qt::TextAlignmentRole && index.column() >= ColCastka)
-            return int(Qt::AlignRight | Qt::AlignVCenter);
-        if (role != Qt::DisplayRole && role != Qt::EditRole)
-            return {};
-        switch (index.column()) {
-        case ColUcet: return g.ucet;
-        case ColNazev: return g.nazev;
-        case ColCastka: return g.castka;
-        case ColZustatek: return g.zustatek;
-        }
-        return {};
-    }
-
-    Qt::ItemFlags flags(const QModelIndex &index) const override
-    {
-        Qt::ItemFlags f = QAbstractTableModel::flags(index);
-        return !m_screen->ViewUcty && index.column() != ColZustatek ? f | Qt::ItemIsEditable : f;
-    }
-
-    bool setData(const QModelIndex &index, const QVariant &value, int role) override
-    {
-        if (role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable))
-            return false;
-        GroupDef g = m_screen->m_groups.at(index.row());
-        switch (index.column()) {
-        case ColUcet: g.ucet = value.toString(); break;
-        case ColNazev: g.nazev = value.toString(); break;
-        default:
-            g.castka = value.toString();
-            AmountEdited(g);
-        }
-        if (!m_screen->saveRow(index.row(), g))
-            return false;
-        emit dataChanged(this->index(index.row(), 0), this->index(index.row(), ColumnCount - 1));
-        return true;
-    }
-
-    void reset()
-    {
-        beginResetModel();
-        endResetModel();
-    }
-    void appendRow(const GroupDef &g)
-    {
-        beginInsertRows({}, m_screen->m_groups.size(), m_screen->m_groups.size());
-        m_screen->m_groups.append(g);
-        endInsertRows();
-    }
-    void removeRow(int row)
-    {
-        beginRemoveRows({}, row, row);
-        m_screen->m_groups.removeAt(row);
-        endRemoveRows();
-    }
-
-private:
-    frmStavyUctu *m_screen;
-};
 
 frmStavyUctu::frmStavyUctu(QWidget *parent) : QDialog(parent)
 {
@@ -120,7 +41,17 @@ frmStavyUctu::frmStavyUctu(QWidget *parent) : QDialog(parent)
     bold.setPointSize(bold.pointSize() + 2);
     heading->setFont(bold);
 
-    m_model = new SkupUctuModel(this);
+    RowsModel::Hooks hooks;
+    hooks.count = [this] { return int(m_groups.size()); };
+    hooks.text = [this](int row, int column) {
+        const GroupDef &g = m_groups.at(row);
+        const QString *cells[] = {&g.ucet, &g.nazev, &g.castka, &g.zustatek};
+        return *cells[column];
+    };
+    hooks.editable = [this](int column) { return !ViewUcty && column != ColZustatek; };
+    hooks.edit = [this](int row, int column, const QString &value) { return editCell(row, column, value); };
+    m_model = new RowsModel({QStringLiteral("Ucet"), QStringLiteral("Nazev"), QStringLiteral("Castka"), QStringLiteral("Zustatek")},
+                            ColCastka, std::move(hooks), this);
     DataGrid1 = new QTableView(this);
     DataGrid1->setObjectName(QStringLiteral("DataGrid1"));
     DataGrid1->setModel(m_model);
@@ -137,6 +68,8 @@ frmStavyUctu::frmStavyUctu(QWidget *parent) : QDialog(parent)
     txtUcty = new QPlainTextEdit(this);
     txtUcty->setObjectName(QStringLiteral("txtUcty"));
     txtUcty->setReadOnly(true);
+    txtUcty->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+    txtUcty->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     txtUcty->setMaximumHeight(80);
 
     auto button = [this](QPushButton *&b, const char *name, const QString &caption) {
@@ -180,11 +113,12 @@ void frmStavyUctu::load()
     cmdInsert->setEnabled(!ViewUcty && bool(Picker()));
     cmdDelete->setEnabled(!ViewUcty);
     DbConnection conn(ConnStrGranty());
-    if (!conn.isOpen() || !LoadSkupUctu(conn, &m_groups)) {
+    QVector<GroupDef> groups;
+    if (!conn.isOpen() || !LoadSkupUctu(conn, &groups)) {
         ShowDbError(conn);
-        m_groups.clear();
+        groups.clear();
     }
-    m_model->reset();
+    m_model->reset([&] { m_groups.swap(groups); });
     if (!m_groups.isEmpty())
         DataGrid1->selectRow(0);
     showUcty();
@@ -200,6 +134,19 @@ void frmStavyUctu::showUcty()
     // A blank after each comma lets a long filter wrap between its items.
     static const QRegularExpression comma(QStringLiteral(",\\s*"));
     txtUcty->setPlainText(QString(m_groups.at(current.row()).ucet).replace(comma, QStringLiteral(", ")));
+}
+
+bool frmStavyUctu::editCell(int row, int column, const QString &value)
+{
+    GroupDef g = m_groups.at(row);
+    switch (column) {
+    case ColUcet: g.ucet = value; break;
+    case ColNazev: g.nazev = value; break;
+    default:
+        g.castka = value;
+        AmountEdited(g);
+    }
+    return saveRow(row, g);
 }
 
 bool frmStavyUctu::saveRow(int row, const GroupDef &group)
@@ -219,7 +166,7 @@ void frmStavyUctu::cmdAdd_Click()
         ShowDbError(conn);
         return;
     }
-    m_model->appendRow(g);
+    m_model->appendRow([&] { m_groups.append(g); });
     DataGrid1->selectRow(m_groups.size() - 1);
     DataGrid1->edit(m_model->index(m_groups.size() - 1, ColUcet));
 }
@@ -233,7 +180,7 @@ void frmStavyUctu::cmdInsert_Click()
     for (const QString &account : Picker()(this))
         g.ucet = AppendAccount(g.ucet, account);
     if (saveRow(current.row(), g))
-        emit m_model->dataChanged(m_model->index(current.row(), 0), m_model->index(current.row(), ColumnCount - 1));
+        m_model->rowChanged(current.row());
 }
 
 void frmStavyUctu::cmdDelete_Click()
@@ -249,7 +196,7 @@ void frmStavyUctu::cmdDelete_Click()
         ShowDbError(conn);
         return;
     }
-    m_model->removeRow(current.row());
+    m_model->removeRow(current.row(), [&] { m_groups.removeAt(current.row()); });
     showUcty();
 }
 

@@ -13,7 +13,7 @@
 class QPlainTextEdit;
 class QPushButton;
 class QTableView;
-class SkupUctuModel;
+class RowsModel;
 
 class frmStavyUctu : public QDialog {
     Q_OBJECT
@@ -26,7 +26,7 @@ public:
     void done(int result) override;
 
 private:
-    friend class SkupUctuModel;
+    bool editCell(int row, int column, const QString &value);
     bool saveRow(int row, const GroupDef &group);
     void showUcty();
     void cmdAdd_Click();
@@ -34,7 +34,7 @@ private:
     void cmdDelete_Click();
 
     QVector<GroupDef> m_groups;
-    SkupUctuModel *m_model;
+    RowsModel *m_model;
     QTableView *DataGrid1;
     QPlainTextEdit *txtUcty;
     QPushButton *cmdAdd, *cmdInsert, *cmdDelete, *cmdSelect, *cmdClose;

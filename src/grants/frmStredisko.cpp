@@ -6,8 +6,8 @@
 #include "core/session.h"
 #include "grants/amount.h"
 #include "grants/granttables.h"
+#include "grants/rowsmodel.h"
 
-#include <QAbstractTableModel>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeySequence>
@@ -24,77 +24,10 @@ StrediskoPrinter &Printer()
     return printer;
 }
 
-enum Column { ColGrant, ColUcet, ColNazev, ColPlan, ColCerpani, ColZustatek, ColProcent, ColumnCount };
+enum Column { ColGrant, ColUcet, ColNazev, ColPlan, ColCerpani, ColZustatek, ColProcent };
 } // namespace
 
 void SetStrediskoPrinter(StrediskoPrinter printer) { Printer() = std::move(printer); }
-
-// The grid's view of the screen's rows; an edited budget goes back through the screen.
-class StrediskoModel : public QAbstractTableModel {
-public:
-    explicit StrediskoModel(frmStredisko *screen) : QAbstractTableModel(screen), m_screen(screen) {}
-
-    int rowCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : m_screen->m_rows.size(); }
-    int columnCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : ColumnCount; }
-
-    QVariant headerData(int section, Qt::Orientation orientation, int role) const override
-    {
-        static const char *const names[] = {"Grant", "Ucet", "Nazev", "Castka_plan", "Castka_cerpani", "Zustatek", "procent"};
-        if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < ColumnCount)
-            return QString::fromLatin1(names[section]);
-        return QAbstractTableModel::headerData(section, orientation, role);
-    }
-
-    QVariant data(const QModelIndex &index, int role) const override
-    {
-        if (!index.isValid())
-            return {};
-        const GroupRow &r = m_screen->m_rows.at(index.row());
-        if (role == Qt::TextAlignmentRole && index.column() >= ColPlan)
-            return int(Qt::AlignRight | Qt::AlignVCenter);
-        if (role != Qt::DisplayRole && role != Qt::EditRole)
-            return {};
-        switch (index.column()) {
-        case ColGrant: return r.grant;
-        case ColUcet: return r.ucet;
-        case ColNazev: return r.nazev;
-        case ColPlan: return r.plan;
-        case ColCerpani: return r.cerpani;
-        case ColZustatek: return r.zustatek;
-        case ColProcent: return r.procent;
-        }
-        return {};
-    }
-
-    Qt::ItemFlags flags(const QModelIndex &index) const override
-    {
-        Qt::ItemFlags f = QAbstractTableModel::flags(index);
-        return index.column() == ColPlan ? f | Qt::ItemIsEditable : f;
-    }
-
-    bool setData(const QModelIndex &index, const QVariant &value, int role) override
-    {
-        if (role != Qt::EditRole || index.column() != ColPlan || !m_screen->editPlan(index.row(), value.toString()))
-            return false;
-        emit dataChanged(this->index(index.row(), 0), this->index(index.row(), ColumnCount - 1));
-        return true;
-    }
-
-    void reset()
-    {
-        beginResetModel();
-        endResetModel();
-    }
-    void removeRow(int row)
-    {
-        beginRemoveRows({}, row, row);
-        m_screen->m_rows.removeAt(row);
-        endRemoveRows();
-    }
-
-private:
-    frmStredisko *m_screen;
-};
 
 frmStredisko::frmStredisko(QWidget *parent) : QDialog(parent)
 {
@@ -109,7 +42,19 @@ frmStredisko::frmStredisko(QWidget *parent) : QDialog(parent)
     bold.setPointSize(bold.pointSize() + 2);
     heading->setFont(bold);
 
-    m_model = new StrediskoModel(this);
+    RowsModel::Hooks hooks;
+    hooks.count = [this] { return int(m_rows.size()); };
+    hooks.text = [this](int row, int column) {
+        const GroupRow &r = m_rows.at(row);
+        const QString *cells[] = {&r.grant, &r.ucet, &r.nazev, &r.plan, &r.cerpani, &r.zustatek, &r.procent};
+        return *cells[column];
+    };
+    hooks.editable = [](int column) { return column == ColPlan; };
+    hooks.edit = [this](int row, int, const QString &value) { return editPlan(row, value); };
+    m_model = new RowsModel({QStringLiteral("Grant"), QStringLiteral("Ucet"), QStringLiteral("Nazev"),
+                             QStringLiteral("Castka_plan"), QStringLiteral("Castka_cerpani"), QStringLiteral("Zustatek"),
+                             QStringLiteral("procent")},
+                            ColPlan, std::move(hooks), this);
     DataGrid1 = new QTableView(this);
     DataGrid1->setObjectName(QStringLiteral("DataGrid1"));
     DataGrid1->setModel(m_model);
@@ -175,17 +120,20 @@ void frmStredisko::load()
 {
     DbConnection conn(ConnStrGranty());
     const QString filter = Session().UserFiltrGrant;
-    if (!conn.isOpen() || !LoadGrantBudgets(conn, filter, &m_grants) || !LoadStredisko(conn, filter, &m_rows)) {
+    QVector<GrantBudget> grants;
+    QVector<GroupRow> rows;
+    if (!conn.isOpen() || !LoadGrantBudgets(conn, filter, &grants) || !LoadStredisko(conn, filter, &rows)) {
         ShowDbError(conn);
-        m_grants.clear();
-        m_rows.clear();
-    } else if (m_grants.isEmpty()) {
+        grants.clear();
+        rows.clear();
+    } else if (grants.isEmpty()) {
         MsgBox(QStringLiteral("Není vytvořen seznam GRANTu s rozpočtovýma částkama!"));
     }
+    m_grants = grants;
     m_castka1.clear();
     for (const GrantBudget &g : m_grants)
         m_castka1.insert(g.grant, g.castka1);
-    m_model->reset();
+    m_model->reset([&] { m_rows.swap(rows); });
     showTotals();
     if (!m_rows.isEmpty())
         DataGrid1->selectRow(0);
@@ -248,7 +196,7 @@ void frmStredisko::cmdDelete_Click()
         ShowDbError(conn);
         return;
     }
-    m_model->removeRow(current.row());
+    m_model->removeRow(current.row(), [&] { m_rows.removeAt(current.row()); });
     showTotals();
 }
 

@@ -13,7 +13,7 @@
 class QLineEdit;
 class QPushButton;
 class QTableView;
-class StrediskoModel;
+class RowsModel;
 
 class frmStredisko : public QDialog {
     Q_OBJECT
@@ -24,7 +24,6 @@ public:
     void load();
 
 private:
-    friend class StrediskoModel;
     bool editPlan(int row, const QString &value);
     void showTotals();
     void cmdFind_Click();
@@ -35,7 +34,7 @@ private:
     QVector<GrantBudget> m_grants;
     QMap<QString, QString> m_castka1;   // grant -> Castka1
 
-    StrediskoModel *m_model;
+    RowsModel *m_model;
     QTableView *DataGrid1;
     QLineEdit *txtCelkem[3];
     QPushButton *cmdFind, *cmdDelete, *cmdCompare, *cmdPrint, *cmdClose;
