@@ -18,9 +18,12 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPalette>
 #include <QPushButton>
 #include <QTableView>
 #include <QVBoxLayout>
+
+#include <functional>
 
 // The grid MSFlexGrid2: eleven columns, the last two hidden, a row number in the fixed cell.
 class GrantPlanModel : public QAbstractTableModel {
@@ -109,6 +112,15 @@ QLineEdit *detailBox(QWidget *parent, const char *name, int width)
     return box;
 }
 
+// Runs a command's database work on a connection of its own; a failure is said and gives false.
+bool onGranty(const std::function<bool(DbConnection &)> &work)
+{
+    DbConnection conn(ConnStrGranty());
+    if (!OpenOrFatal(conn))
+        return false;
+    return work(conn) || ShowDbError(conn);
+}
+
 QPushButton *button(QWidget *parent, const char *name, const QString &caption)
 {
     auto *b = new QPushButton(caption, parent);
@@ -121,7 +133,7 @@ QPushButton *button(QWidget *parent, const char *name, const QString &caption)
 frmGrantPlan::frmGrantPlan(QWidget *parent) : QDialog(parent)
 {
     setWindowTitle(QStringLiteral("Rozpočet"));
-    resize(1100, 680);
+    resize(1220, 680);
 
     m_model = new GrantPlanModel(this);
     MSFlexGrid2 = new QTableView(this);
@@ -132,9 +144,14 @@ frmGrantPlan::frmGrantPlan(QWidget *parent) : QDialog(parent)
     MSFlexGrid2->setEditTriggers(QAbstractItemView::NoEditTriggers);
     MSFlexGrid2->verticalHeader()->setDefaultSectionSize(22);
     MSFlexGrid2->horizontalHeader()->setSectionsClickable(true);
+    // A see-through selection, so that the row colours stay visible under it.
+    QPalette palette = MSFlexGrid2->palette();
+    palette.setColor(QPalette::Highlight, QColor(0, 0, 128, 70));
+    palette.setColor(QPalette::HighlightedText, Qt::black);
+    MSFlexGrid2->setPalette(palette);
     MSFlexGrid2->setColumnHidden(9, true);
     MSFlexGrid2->setColumnHidden(10, true);
-    const int widths[] = {80, 130, 120, 130, 110, 150, 85, 85, 200};
+    const int widths[] = {70, 125, 115, 120, 180, 170, 80, 80, 230};
     for (int c = 0; c < 9; ++c)
         MSFlexGrid2->setColumnWidth(c, widths[c]);
     connect(MSFlexGrid2->horizontalHeader(), &QHeaderView::sectionClicked, this, &frmGrantPlan::headingClick);
@@ -253,14 +270,9 @@ void frmGrantPlan::Load()
 
 void frmGrantPlan::fill(const QString &grant)
 {
-    DbConnection conn(ConnStrGranty());
-    if (!OpenOrFatal(conn))
-        return;
     GrantPlanList list;
-    if (!FillGrantPlan(conn, m_view, &list)) {
-        ShowDbError(conn);
+    if (!onGranty([&](DbConnection &conn) { return FillGrantPlan(conn, m_view, &list); }))
         return;
-    }
     m_grants = list.grants;
     m_model->setRows(list.rows, IsWholeRegister(GrantActiv) ? QString() : GrantActiv.trimmed());
     int row = 0;
@@ -304,14 +316,9 @@ void frmGrantPlan::showDetails()
     PocetDocum->clear();
     if (!current.isValid())
         return;
-    DbConnection conn(ConnStrGranty());
-    if (!OpenOrFatal(conn))
-        return;
     int count = 0;
-    if (!CountDocuments(conn, r.grant, &count)) {
-        ShowDbError(conn);
+    if (!onGranty([&](DbConnection &conn) { return CountDocuments(conn, r.grant, &count); }))
         return;
-    }
     PocetDocum->setText(QString::number(count));
 }
 
@@ -361,14 +368,8 @@ void frmGrantPlan::cmdNewRow_Click()
         MsgBox(problem, MsgWarning);
         return;
     }
-    DbConnection conn(ConnStrGranty());
-    if (!OpenOrFatal(conn))
+    if (!onGranty([&](DbConnection &conn) { return AddGrant(conn, number); }))
         return;
-    bool added = false;
-    if (!AddGrant(conn, number, &added)) {
-        ShowDbError(conn);
-        return;
-    }
     m_grants.insert(number);
     fill(number);
 }
@@ -386,14 +387,9 @@ void frmGrantPlan::cmdEdit_Click()
         MsgBox(problem, MsgWarning);
         return;
     }
-    DbConnection conn(ConnStrGranty());
-    if (!OpenOrFatal(conn))
-        return;
     bool done = false;
-    if (!RenameGrant(conn, current, renamed, &done)) {
-        ShowDbError(conn);
+    if (!onGranty([&](DbConnection &conn) { return RenameGrant(conn, current, renamed, &done); }))
         return;
-    }
     fill(done ? renamed : current);
 }
 
@@ -402,13 +398,8 @@ void frmGrantPlan::cmdSave_Click()
     const GrantPlanRow d = details();
     if (d.grant.isEmpty())
         return;
-    DbConnection conn(ConnStrGranty());
-    if (!OpenOrFatal(conn))
+    if (!onGranty([&](DbConnection &conn) { return SaveGrantPlan(conn, d); }))
         return;
-    if (!SaveGrantPlan(conn, d)) {
-        ShowDbError(conn);
-        return;
-    }
     fill(d.grant);
 }
 
@@ -422,13 +413,8 @@ void frmGrantPlan::cmdDelete_Click()
     if (!Confirmed(MsgBox(QStringLiteral("Chcete opravdu zrušit GRANT ") + grant + QStringLiteral("?"),
                           MsgQuestionOkCancel, QStringLiteral("Delete row"))))
         return;
-    DbConnection conn(ConnStrGranty());
-    if (!OpenOrFatal(conn))
+    if (!onGranty([&](DbConnection &conn) { return DeleteGrantCascade(conn, grant); }))
         return;
-    if (!DeleteGrantCascade(conn, grant)) {
-        ShowDbError(conn);
-        return;
-    }
     m_grants.remove(grant);
     // The previous row is selected afterwards, the first one when there is none.
     const int row = MSFlexGrid2->currentIndex().row();

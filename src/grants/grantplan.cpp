@@ -117,9 +117,8 @@ bool findGrant(DbConnection &conn, const QString &grant, int *id)
 }
 } // namespace
 
-bool AddGrant(DbConnection &conn, const QString &number, bool *added)
+bool AddGrant(DbConnection &conn, const QString &number)
 {
-    *added = false;
     int id = 0;
     if (!findGrant(conn, number, &id))
         return false;
@@ -127,12 +126,9 @@ bool AddGrant(DbConnection &conn, const QString &number, bool *added)
         return true;
     const QString zero = QStringLiteral("0,00");
     const QString blank = QStringLiteral(" ");
-    if (!conn.exec(QStringLiteral("INSERT INTO GrantyPlan (_grant, Castka1, Poskytnute, Castka2, Castka3, zahajeni, "
-                                  "ukonceni, cislo, stredisko, agentura, archiv) VALUES (?,?,?,?,?,?,?,?,?,?,?)"),
-                   {number, zero, zero, blank, zero, blank, blank, blank, blank, blank, QStringLiteral("0")}))
-        return false;
-    *added = true;
-    return true;
+    return conn.exec(QStringLiteral("INSERT INTO GrantyPlan (_grant, Castka1, Poskytnute, Castka2, Castka3, zahajeni, "
+                                    "ukonceni, cislo, stredisko, agentura, archiv) VALUES (?,?,?,?,?,?,?,?,?,?,?)"),
+                     {number, zero, zero, blank, zero, blank, blank, blank, blank, blank, QStringLiteral("0")});
 }
 
 bool RenameGrant(DbConnection &conn, const QString &current, const QString &renamed, bool *done)

@@ -48,9 +48,8 @@ bool FillGrantPlan(DbConnection &conn, const GrantPlanView &view, GrantPlanList 
 // only, as the accounting's cost centres are, and never the register's "999999".
 QString GrantNumberProblem(const QString &number);
 
-// Adds a grant with the values of a new row, unless a row of that number exists
-// (then *added stays false and nothing is written).
-bool AddGrant(DbConnection &conn, const QString &number, bool *added);
+// Adds a grant with the values of a new row, unless a row of that number exists.
+bool AddGrant(DbConnection &conn, const QString &number);
 
 // Gives the row of `current` the number `renamed`; other tables keep the old number.
 // Nothing happens (and *done stays false) when `current` has no row or `renamed` has one.

@@ -123,7 +123,8 @@ TEST(GrantPlan, HeadingSortKeys)
     EXPECT_EQ(GrantPlanSortKey(8), "");
     GrantPlanView view;
     view.sortKey = "cislo";
-    EXPECT_EQ(Read(view).first(), "2304");   // FW07010045 < GA22-...; LX22 after G
+    EXPECT_EQ(Read(view).first(), "2303");   // FW07010045, the first project number
+    EXPECT_EQ(Read(view).last(), "1204");    // TL05000127
     view.descending = true;
     view.sortKey = "_Grant";
     EXPECT_EQ(Read(view).first(), "2306");

@@ -3,10 +3,10 @@
 #include "core/session.h"
 #include "import/DefinFieldsExport.h"
 #include "import/pozice.h"
+#include "samplefiles.h"
 #include "support/testenv.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -16,15 +16,6 @@
 using namespace testenv;
 
 namespace {
-QString writeSample(const QString &name, const QByteArray &content)
-{
-    const QString path = Session().TempDir + QStringLiteral("/") + name;
-    QFile f(path);
-    f.open(QIODevice::WriteOnly | QIODevice::Truncate);
-    f.write(content);
-    return path;
-}
-
 // The head line of a movement export, in the code page of the accounting's files.
 const QByteArray MovementHead = ToCp1250(QStringLiteral(
     "Datum splatnosti\tDatum\tDoklad\tText\tČástka\tÚčet MD\tÚčet DAL\tStř. MD\tStř. DAL\tNázev MD\tNázev DAL\r\n"
@@ -95,7 +86,7 @@ TEST(NactiPozice, PositionsOfAllTenHeadings)
     defineMovementHeadings();
     ScriptedMessages messages;
     std::array<short, 10> positions{};
-    EXPECT_TRUE(NactiPozice(writeSample("pohyby.txt", MovementHead), PoziceMD_DAL, &positions));
+    EXPECT_TRUE(NactiPozice(WriteSample("pohyby.txt", MovementHead), PoziceMD_DAL, &positions));
     EXPECT_TRUE(messages.shown.empty());
     // "Datum" is found in "Datum splatnosti" first.
     EXPECT_EQ(positions, (std::array<short, 10>{1, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
@@ -103,7 +94,7 @@ TEST(NactiPozice, PositionsOfAllTenHeadings)
 
 TEST(NactiPozice, MissingOrUnknownHeadingRefusesTheImport)
 {
-    const QString file = writeSample("pohyby.txt", MovementHead);
+    const QString file = WriteSample("pohyby.txt", MovementHead);
     defineMovementHeadings();
     SetPoziceTab("N_Text", "Popis");
     {
@@ -126,8 +117,8 @@ TEST(NactiPozice, MissingOrUnknownHeadingRefusesTheImport)
     {
         // An empty head line ends the check without a word.
         ScriptedMessages messages;
-        EXPECT_FALSE(NactiPozice(writeSample("empty.txt", ""), PoziceMD_DAL));
-        EXPECT_FALSE(NactiPozice(writeSample("emptyline.txt", "\r\nDatum\tDoklad\r\n"), PoziceMD_DAL));
+        EXPECT_FALSE(NactiPozice(WriteSample("empty.txt", ""), PoziceMD_DAL));
+        EXPECT_FALSE(NactiPozice(WriteSample("emptyline.txt", "\r\nDatum\tDoklad\r\n"), PoziceMD_DAL));
         EXPECT_FALSE(NactiPozice(Session().TempDir + "/missing.txt", PoziceMD_DAL));
         EXPECT_TRUE(messages.shown.empty());
     }
@@ -136,7 +127,7 @@ TEST(NactiPozice, MissingOrUnknownHeadingRefusesTheImport)
 TEST(NactiPozice, AccountListChecksFourHeadingsNotTheCurrency)
 {
     WriteIni(QStringLiteral("[DEFINE POZICE TAB2]\r\nUcet=Účet\r\nNazev=Název\r\nStredisko=Středisko\r\nStav=Stav\r\n"));
-    const QString file = writeSample("ucty.txt", ToCp1250(QStringLiteral("Účet\tNázev\tStředisko\tStav\r\n")));
+    const QString file = WriteSample("ucty.txt", ToCp1250(QStringLiteral("Účet\tNázev\tStředisko\tStav\r\n")));
     ScriptedMessages messages;
     std::array<short, 10> positions{};
     EXPECT_TRUE(NactiPozice(file, PoziceUcty, &positions));
@@ -151,17 +142,14 @@ TEST(NactiPozice, HeadLineReadToOneThousandCharacters)
     // A head line of 100,000 characters: what lies past the buffer is not seen.
     const QString head = QStringLiteral("Datum\tDoklad\tText\tČástka\tÚčet MD\tÚčet DAL\tStř. MD\tStř. DAL\t"
                                         "Název MD\t") + QString(100000, 'y') + QStringLiteral("\tNázev DAL\r\n");
-    const QString file = writeSample("long.txt", ToCp1250(head));
+    const QString file = WriteSample("long.txt", ToCp1250(head));
     ScriptedMessages messages;
     EXPECT_FALSE(NactiPozice(file, PoziceMD_DAL));
     EXPECT_TRUE(messages.saw(TextPoleNeexistuje("Název DAL")));
     EXPECT_EQ(ReadHeadLine(file).size(), 1000);
 
     // Binary data: read, nothing found, said, no crash.
-    QByteArray binary;
-    for (int i = 0; i < 5000; ++i)
-        binary += char(i * 131 % 256);
-    EXPECT_FALSE(NactiPozice(writeSample("binary.bin", binary), PoziceMD_DAL));
+    EXPECT_FALSE(NactiPozice(WriteSample("binary.bin", BinaryBytes(5000)), PoziceMD_DAL));
 }
 
 // --- the screens ------------------------------------------------------------------------
@@ -180,7 +168,7 @@ TEST(DefinFieldsExport, ColumnsReadFromSampleHeadLine)
     EXPECT_EQ(cod[1]->text(), "9");
     EXPECT_EQ(name[3]->text(), "Částka");
 
-    screen.SampleFile = writeSample("vzor.txt", MovementHead);
+    screen.SampleFile = WriteSample("vzor.txt", MovementHead);
     ScriptedMessages messages;
     QTest::mouseClick(screen.findChild<QPushButton *>("cmdFile"), Qt::LeftButton);
     EXPECT_TRUE(messages.shown.empty());
@@ -202,12 +190,9 @@ TEST(DefinFieldsExport, BadSamplesChangeNothing)
     SetPoziceTab("Datum", "2");
     DefinFieldsExport screen;
     ScriptedMessages messages;
-    QByteArray binary;
-    for (int i = 0; i < 5000; ++i)
-        binary += char(i * 131 % 256);
-    for (const QByteArray &content : {QByteArray(), QByteArray("\r\nDatum\r\n"), binary,
+    for (const QByteArray &content : {QByteArray(), QByteArray("\r\nDatum\r\n"), BinaryBytes(5000),
                                       QByteArray(100000, 'z') + "\tDatum\r\n"}) {
-        screen.SampleFile = writeSample("bad.txt", content);
+        screen.SampleFile = WriteSample("bad.txt", content);
         QTest::mouseClick(screen.findChild<QPushButton *>("cmdFile"), Qt::LeftButton);
         EXPECT_EQ(boxes(&screen, "txtCod")[0]->text(), "2");
         EXPECT_EQ(GetPoziceTab("Datum"), "2");
@@ -259,7 +244,7 @@ TEST(frmDefinFieldsExp, AccountListColumnsFromSample)
                             "Stav=Stav\r\nMena=Měna\r\nN_Mena=9\r\n"));
     frmDefinFieldsExp screen;
     ASSERT_EQ(boxes(&screen, "txtCod").size(), 5);
-    screen.SampleFile = writeSample("ucty.txt", ToCp1250(QStringLiteral("Středisko\tÚčet\tNázev\tStav\r\n")));
+    screen.SampleFile = WriteSample("ucty.txt", ToCp1250(QStringLiteral("Středisko\tÚčet\tNázev\tStav\r\n")));
     QTest::mouseClick(screen.findChild<QPushButton *>("cmdFile"), Qt::LeftButton);
     EXPECT_EQ(GetPoziceTab2("N_Ucet"), "2");
     EXPECT_EQ(GetPoziceTab2("N_Nazev"), "3");

@@ -1,5 +1,6 @@
 #include "core/session.h"
 #include "import/rozdelsoubor.h"
+#include "samplefiles.h"
 #include "support/testenv.h"
 
 #include <QFile>
@@ -7,15 +8,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-QString writeInput(const QString &name, const QByteArray &content)
-{
-    const QString path = Session().TempDir + QStringLiteral("/") + name;
-    QFile f(path);
-    f.open(QIODevice::WriteOnly | QIODevice::Truncate);
-    f.write(content);
-    return path;
-}
-
 QByteArray numberedLines(int count)
 {
     QByteArray text;
@@ -55,18 +47,18 @@ TEST(RozdelSoubor, ChunkNamesAreUnpadded)
 
 TEST(RozdelSoubor, FourHundredNinetyNineLinesMakeOneChunkFiveHundredTwo)
 {
-    EXPECT_EQ(RozdelSoubor(writeInput("in499.txt", numberedLines(499))), 499);
+    EXPECT_EQ(RozdelSoubor(WriteSample("in499.txt", numberedLines(499))), 499);
     EXPECT_EQ(chunkCount(), 1);
     EXPECT_EQ(chunkLines(1).size(), 499);
     EXPECT_EQ(chunkLines(1).last(), "radek 499");
 
-    EXPECT_EQ(RozdelSoubor(writeInput("in500.txt", numberedLines(500))), 500);
+    EXPECT_EQ(RozdelSoubor(WriteSample("in500.txt", numberedLines(500))), 500);
     EXPECT_EQ(chunkCount(), 2);
     EXPECT_EQ(chunkLines(1).size(), 499);
     EXPECT_EQ(chunkLines(2), QList<QByteArray>{"radek 500"});
 
     // Every chunk after the first holds 499 lines as well.
-    EXPECT_EQ(RozdelSoubor(writeInput("in1000.txt", numberedLines(1000))), 1000);
+    EXPECT_EQ(RozdelSoubor(WriteSample("in1000.txt", numberedLines(1000))), 1000);
     EXPECT_EQ(chunkCount(), 3);
     EXPECT_EQ(chunkLines(2).size(), 499);
     EXPECT_EQ(chunkLines(2).first(), "radek 500");
@@ -75,9 +67,9 @@ TEST(RozdelSoubor, FourHundredNinetyNineLinesMakeOneChunkFiveHundredTwo)
 
 TEST(RozdelSoubor, OldSeriesIsDeletedFirst)
 {
-    RozdelSoubor(writeInput("big.txt", numberedLines(1200)));
+    RozdelSoubor(WriteSample("big.txt", numberedLines(1200)));
     ASSERT_EQ(chunkCount(), 3);
-    EXPECT_EQ(RozdelSoubor(writeInput("small.txt", "a\r\nb")), 2);   // last line without an end counts
+    EXPECT_EQ(RozdelSoubor(WriteSample("small.txt", "a\r\nb")), 2);   // last line without an end counts
     EXPECT_EQ(chunkCount(), 1);
     EXPECT_EQ(chunkLines(1), (QList<QByteArray>{"a", "b"}));
 
@@ -85,7 +77,7 @@ TEST(RozdelSoubor, OldSeriesIsDeletedFirst)
     EXPECT_EQ(RozdelSoubor(Session().TempDir + "/nothing-here.txt"), 0);
     EXPECT_EQ(chunkCount(), 0);
     // An empty file has no lines and gives no chunk; a folder is no input.
-    EXPECT_EQ(RozdelSoubor(writeInput("empty.txt", "")), 0);
+    EXPECT_EQ(RozdelSoubor(WriteSample("empty.txt", "")), 0);
     EXPECT_EQ(chunkCount(), 0);
     EXPECT_EQ(RozdelSoubor(Session().TempDir), 0);
 }
@@ -94,7 +86,7 @@ TEST(RozdelSoubor, LinesAreCleanedForTheImporter)
 {
     // Windows-1250 bytes pass unchanged; quotes and code 255 go, commas become points.
     const QByteArray line = "01.02.2024\t\"Faktura, \x8a" "koda\"\t1 234,50\t\xff" "501100\r\n";
-    EXPECT_EQ(RozdelSoubor(writeInput("clean.txt", line + "\r\n")), 2);
+    EXPECT_EQ(RozdelSoubor(WriteSample("clean.txt", line + "\r\n")), 2);
     const QList<QByteArray> lines = chunkLines(1);
     ASSERT_EQ(lines.size(), 2);
     EXPECT_EQ(lines[0], QByteArray("01.02.2024\tFaktura. \x8a" "koda\t1 234.50\t501100"));
@@ -105,16 +97,14 @@ TEST(RozdelSoubor, OverlongLineIsCutAndBinaryInputSurvives)
 {
     QByteArray text(150000, 'x');
     text += "\r\nnext\r\n";
-    EXPECT_EQ(RozdelSoubor(writeInput("long.txt", text)), 2);
+    EXPECT_EQ(RozdelSoubor(WriteSample("long.txt", text)), 2);
     const QList<QByteArray> lines = chunkLines(1);
     ASSERT_EQ(lines.size(), 2);
     EXPECT_EQ(lines[0].size(), 100000);
     EXPECT_EQ(lines[1], "next");
 
-    QByteArray binary;
-    for (int i = 0; i < 20000; ++i)
-        binary += char(i * 7919 % 256);
-    const int lines2 = RozdelSoubor(writeInput("binary.bin", binary));
+    const QByteArray binary = BinaryBytes(20000);
+    const int lines2 = RozdelSoubor(WriteSample("binary.bin", binary));
     EXPECT_EQ(lines2, binary.count('\n') + (binary.endsWith('\n') ? 0 : 1));
     EXPECT_GE(chunkCount(), 1);
 }
