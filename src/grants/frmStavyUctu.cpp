@@ -5,9 +5,9 @@
 #include "grants/filter.h"
 #include "grants/granttables.h"
 #include "grants/rowsmodel.h"
+#include "grants/screenparts.h"
 
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QKeySequence>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -34,12 +34,7 @@ frmStavyUctu::frmStavyUctu(QWidget *parent) : QDialog(parent)
     setWindowTitle(QStringLiteral("Tvorbá skupin účtů"));
     resize(820, 560);
 
-    auto *heading = new QLabel(QStringLiteral("Skupiny účtů"), this);
-    heading->setObjectName(QStringLiteral("Label1"));
-    QFont bold = heading->font();
-    bold.setBold(true);
-    bold.setPointSize(bold.pointSize() + 2);
-    heading->setFont(bold);
+    QLabel *heading = HeadingLabel(this, QStringLiteral("Skupiny účtů"));
 
     RowsModel::Hooks hooks;
     hooks.count = [this] { return int(m_groups.size()); };
@@ -52,13 +47,7 @@ frmStavyUctu::frmStavyUctu(QWidget *parent) : QDialog(parent)
     hooks.edit = [this](int row, int column, const QString &value) { return editCell(row, column, value); };
     m_model = new RowsModel({QStringLiteral("Ucet"), QStringLiteral("Nazev"), QStringLiteral("Castka"), QStringLiteral("Zustatek")},
                             ColCastka, std::move(hooks), this);
-    DataGrid1 = new QTableView(this);
-    DataGrid1->setObjectName(QStringLiteral("DataGrid1"));
-    DataGrid1->setModel(m_model);
-    DataGrid1->setSelectionBehavior(QAbstractItemView::SelectRows);
-    DataGrid1->setSelectionMode(QAbstractItemView::SingleSelection);
-    DataGrid1->verticalHeader()->setDefaultSectionSize(22);
-    DataGrid1->horizontalHeader()->setStretchLastSection(true);
+    DataGrid1 = RowsGrid(this, m_model);
     DataGrid1->setColumnWidth(ColUcet, 220);
     DataGrid1->setColumnWidth(ColNazev, 250);
     DataGrid1->setColumnWidth(ColCastka, 130);
@@ -72,16 +61,11 @@ frmStavyUctu::frmStavyUctu(QWidget *parent) : QDialog(parent)
     txtUcty->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     txtUcty->setMaximumHeight(80);
 
-    auto button = [this](QPushButton *&b, const char *name, const QString &caption) {
-        b = new QPushButton(caption, this);
-        b->setObjectName(QLatin1String(name));
-        b->setAutoDefault(false);
-    };
-    button(cmdAdd, "cmdAdd", QStringLiteral("&Přidat"));
-    button(cmdInsert, "cmdInsert", QStringLiteral("Úč&ty"));
-    button(cmdDelete, "cmdDelete", QStringLiteral("F8-&Smazat"));
-    button(cmdSelect, "cmdSelect", QStringLiteral("&Výběr"));
-    button(cmdClose, "cmdClose", QStringLiteral("&Konec"));
+    cmdAdd = CommandButton(this, "cmdAdd", QStringLiteral("&Přidat"));
+    cmdInsert = CommandButton(this, "cmdInsert", QStringLiteral("Úč&ty"));
+    cmdDelete = CommandButton(this, "cmdDelete", QStringLiteral("F8-&Smazat"));
+    cmdSelect = CommandButton(this, "cmdSelect", QStringLiteral("&Výběr"));
+    cmdClose = CommandButton(this, "cmdClose", QStringLiteral("&Konec"));
     cmdDelete->setShortcut(QKeySequence(Qt::Key_F8));
 
     auto *buttons = new QHBoxLayout;

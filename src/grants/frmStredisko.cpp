@@ -7,9 +7,9 @@
 #include "grants/amount.h"
 #include "grants/granttables.h"
 #include "grants/rowsmodel.h"
+#include "grants/screenparts.h"
 
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
@@ -35,12 +35,7 @@ frmStredisko::frmStredisko(QWidget *parent) : QDialog(parent)
     setWindowTitle(QStringLiteral("Středisko"));
     resize(980, 600);
 
-    auto *heading = new QLabel(QStringLiteral("Počateční částky za STŘEDISKO dle skupiny účtů"), this);
-    heading->setObjectName(QStringLiteral("Label1"));
-    QFont bold = heading->font();
-    bold.setBold(true);
-    bold.setPointSize(bold.pointSize() + 2);
-    heading->setFont(bold);
+    QLabel *heading = HeadingLabel(this, QStringLiteral("Počateční částky za STŘEDISKO dle skupiny účtů"));
 
     RowsModel::Hooks hooks;
     hooks.count = [this] { return int(m_rows.size()); };
@@ -55,13 +50,7 @@ frmStredisko::frmStredisko(QWidget *parent) : QDialog(parent)
                              QStringLiteral("Castka_plan"), QStringLiteral("Castka_cerpani"), QStringLiteral("Zustatek"),
                              QStringLiteral("procent")},
                             ColPlan, std::move(hooks), this);
-    DataGrid1 = new QTableView(this);
-    DataGrid1->setObjectName(QStringLiteral("DataGrid1"));
-    DataGrid1->setModel(m_model);
-    DataGrid1->setSelectionBehavior(QAbstractItemView::SelectRows);
-    DataGrid1->setSelectionMode(QAbstractItemView::SingleSelection);
-    DataGrid1->verticalHeader()->setDefaultSectionSize(22);
-    DataGrid1->horizontalHeader()->setStretchLastSection(true);
+    DataGrid1 = RowsGrid(this, m_model);
     for (int c : {ColGrant, ColPlan, ColCerpani, ColZustatek})
         DataGrid1->setColumnWidth(c, c == ColGrant ? 70 : 120);
     DataGrid1->setColumnWidth(ColUcet, 150);
@@ -79,16 +68,11 @@ frmStredisko::frmStredisko(QWidget *parent) : QDialog(parent)
         totals->addWidget(txtCelkem[i]);
     }
 
-    auto button = [this](QPushButton *&b, const char *name, const QString &caption) {
-        b = new QPushButton(caption, this);
-        b->setObjectName(QLatin1String(name));
-        b->setAutoDefault(false);
-    };
-    button(cmdFind, "cmdFind", QStringLiteral("F7-&Najit"));
-    button(cmdDelete, "cmdDelete", QStringLiteral("F8-&Smazat"));
-    button(cmdCompare, "cmdCompare", QStringLiteral("&Porovnání"));
-    button(cmdPrint, "cmdPrint", QStringLiteral("&Tisk"));
-    button(cmdClose, "cmdClose", QStringLiteral("Zavřít"));
+    cmdFind = CommandButton(this, "cmdFind", QStringLiteral("F7-&Najit"));
+    cmdDelete = CommandButton(this, "cmdDelete", QStringLiteral("F8-&Smazat"));
+    cmdCompare = CommandButton(this, "cmdCompare", QStringLiteral("&Porovnání"));
+    cmdPrint = CommandButton(this, "cmdPrint", QStringLiteral("&Tisk"));
+    cmdClose = CommandButton(this, "cmdClose", QStringLiteral("Zavřít"));
     cmdFind->setShortcut(QKeySequence(Qt::Key_F7));
     cmdDelete->setShortcut(QKeySequence(Qt::Key_F8));
 
