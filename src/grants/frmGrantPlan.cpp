@@ -7,6 +7,7 @@
 #include "core/rights.h"
 #include "core/session.h"
 #include "grants/granttables.h"
+#include "grants/screenparts.h"
 #include "grants/skupuctugrant.h"
 
 #include <QAbstractTableModel>
@@ -121,13 +122,6 @@ bool onGranty(const std::function<bool(DbConnection &)> &work)
     return work(conn) || ShowDbError(conn);
 }
 
-QPushButton *button(QWidget *parent, const char *name, const QString &caption)
-{
-    auto *b = new QPushButton(caption, parent);
-    b->setObjectName(QString::fromLatin1(name));
-    b->setAutoDefault(false);
-    return b;
-}
 } // namespace
 
 frmGrantPlan::frmGrantPlan(QWidget *parent) : QDialog(parent)
@@ -136,13 +130,8 @@ frmGrantPlan::frmGrantPlan(QWidget *parent) : QDialog(parent)
     resize(1220, 680);
 
     m_model = new GrantPlanModel(this);
-    MSFlexGrid2 = new QTableView(this);
+    MSFlexGrid2 = RowsGrid(this, m_model);
     MSFlexGrid2->setObjectName(QStringLiteral("MSFlexGrid2"));
-    MSFlexGrid2->setModel(m_model);
-    MSFlexGrid2->setSelectionBehavior(QAbstractItemView::SelectRows);
-    MSFlexGrid2->setSelectionMode(QAbstractItemView::SingleSelection);
-    MSFlexGrid2->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    MSFlexGrid2->verticalHeader()->setDefaultSectionSize(22);
     MSFlexGrid2->horizontalHeader()->setSectionsClickable(true);
     // A see-through selection, so that the row colours stay visible under it.
     QPalette palette = MSFlexGrid2->palette();
@@ -189,14 +178,14 @@ frmGrantPlan::frmGrantPlan(QWidget *parent) : QDialog(parent)
     PocetDocum = new QLabel(this);
     PocetDocum->setObjectName(QStringLiteral("PocetDocum"));
     // Opens the grant's documents once that screen exists.
-    Command2 = button(this, "Command2", QStringLiteral("Zobrazit dokumenty:"));
+    Command2 = CommandButton(this, "Command2", QStringLiteral("Zobrazit dokumenty:"));
 
-    cmdNewRow = button(this, "cmdNewRow", QStringLiteral("Přidat GRANT"));
-    cmdEdit = button(this, "cmdEdit", QStringLiteral("Změnit číslo GRANTu"));
-    cmdDelete = button(this, "cmdDelete", QStringLiteral("Smazat GRANT"));
-    cmdSave = button(this, "cmdSave", QStringLiteral("Uložit"));
-    cmdKalendar = button(this, "cmdKalendar", QStringLiteral("Kalendář"));
-    Command1 = button(this, "Command1", QStringLiteral("Zavřít"));
+    cmdNewRow = CommandButton(this, "cmdNewRow", QStringLiteral("Přidat GRANT"));
+    cmdEdit = CommandButton(this, "cmdEdit", QStringLiteral("Změnit číslo GRANTu"));
+    cmdDelete = CommandButton(this, "cmdDelete", QStringLiteral("Smazat GRANT"));
+    cmdSave = CommandButton(this, "cmdSave", QStringLiteral("Uložit"));
+    cmdKalendar = CommandButton(this, "cmdKalendar", QStringLiteral("Kalendář"));
+    Command1 = CommandButton(this, "Command1", QStringLiteral("Zavřít"));
     connect(cmdNewRow, &QPushButton::clicked, this, &frmGrantPlan::cmdNewRow_Click);
     connect(cmdEdit, &QPushButton::clicked, this, &frmGrantPlan::cmdEdit_Click);
     connect(cmdDelete, &QPushButton::clicked, this, &frmGrantPlan::cmdDelete_Click);

@@ -374,7 +374,7 @@ TEST(frmGrantPlan, OneGrantViewIsReadOnly)
     SaveScreen(&screen, "frmGrantPlan_GrantActiv");
 }
 
-TEST(frmGrantPlan, CalendarForTheLastDateBoxAndRights)
+TEST(frmGrantPlan, CalendarAmountBoxesAndRights)
 {
     FreshDatabases(true);
     LoginAs(1);
@@ -408,4 +408,18 @@ TEST(frmGrantPlan, CalendarForTheLastDateBoxAndRights)
     answer = std::nullopt;   // cancelled: the box keeps its date
     Click(&screen, "cmdKalendar");
     EXPECT_EQ(Text(&screen, "Text1"), "30.06.2026");
+
+    // Amount boxes are formatted when left; an emptied box gives "0,00".
+    auto *plan = Widget<QLineEdit>(&screen, "Text5");
+    plan->setFocus();
+    plan->selectAll();
+    QTest::keyClicks(plan, "2500000,5");
+    QTest::keyClick(plan, Qt::Key_Tab);
+    EXPECT_EQ(plan->text(), "2 500 000,50");
+    auto *granted = Widget<QLineEdit>(&screen, "Text8");
+    granted->setFocus();
+    granted->selectAll();
+    QTest::keyClick(granted, Qt::Key_Backspace);
+    QTest::keyClick(granted, Qt::Key_Tab);
+    EXPECT_EQ(granted->text(), "0,00");
 }
