@@ -6,6 +6,10 @@
 #include "core/routing.h"
 #include "core/session.h"
 #include "core/text.h"
+#include "grants/frmGrantPlan.h"
+#include "grants/frmStavyUctu.h"
+#include "grants/frmStredisko.h"
+#include "import/DefinFieldsExport.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -38,4 +42,10 @@ void RegisterScreens()
         QString path = HelpFilePath();
         ViewHTML(path);
     });
+
+    RegisterCommand(QStringLiteral("mnuDefineFields"), ShowDefinFieldsExport);
+    RegisterCommand(QStringLiteral("mnuStredisko"), ShowStredisko);
+    RegisterCommand(QStringLiteral("mnuBuildSkup"), [](QWidget *main) { ShowStavyUctu(main, false); });
+    RegisterCommand(QStringLiteral("mnuSkupiny"), [](QWidget *main) { ShowStavyUctu(main, true); });
+    RegisterCommand(QStringLiteral("mnuRozpocet"), [](QWidget *main) { ShowGrantPlan(main); });
 }

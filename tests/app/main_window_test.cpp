@@ -244,7 +244,8 @@ TEST(MainWindow, OwnCommandsAndTheEnd)
     freshStart();
     LoginAs(2);
     RegisterScreens();
-    for (const char *command : {"mnuKalendar", "mnuHelp", CommandAbout})
+    for (const char *command : {"mnuKalendar", "mnuHelp", CommandAbout, "mnuDefineFields", "mnuStredisko",
+                                "mnuBuildSkup", "mnuSkupiny", "mnuRozpocet"})
         EXPECT_TRUE(CommandAvailable(command)) << command;
 
     frmMDIMain window;
