@@ -1,43 +1,63 @@
 #include "core/number.h"
 
+#include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <string>
+
+namespace {
+bool isBlank(char16_t c) { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r'; }
+bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
+
+// The characters of the number, blanks left out; small numbers stay on the stack.
+class NumberText {
+public:
+    void add(char c)
+    {
+        if (m_size < int(sizeof m_small))
+            m_small[m_size] = c;
+        else {
+            if (m_size == int(sizeof m_small))
+                m_large.assign(m_small, m_small + m_size);
+            m_large += c;
+        }
+        ++m_size;
+    }
+    double read() const
+    {
+        const char *first = m_size <= int(sizeof m_small) ? m_small : m_large.data();
+        double v = 0.0;
+        std::from_chars(first, first + m_size, v);
+        return std::isfinite(v) ? v : 0.0;
+    }
+
+private:
+    char m_small[64];
+    std::string m_large;
+    int m_size = 0;
+};
+} // namespace
 
 double ScanNumber(QStringView text)
 {
-    // Collect the characters of the number into a plain buffer, leaving out the
-    // blanks that may stand anywhere in it, then let strtod read them.
-    std::string buf;
-    buf.reserve(32);
+    NumberText number;
     qsizetype i = 0;
     const qsizetype n = text.size();
-    auto skipBlanks = [&] {
-        while (i < n) {
-            const char16_t c = text[i].unicode();
-            if (c != u' ' && c != u'\t' && c != u'\n' && c != u'\r')
-                break;
-            ++i;
-        }
-    };
-    skipBlanks();
-    if (i < n && (text[i] == u'-' || text[i] == u'+')) {
-        buf += char(text[i].unicode());
+    while (i < n && isBlank(text[i].unicode()))
         ++i;
-    }
+    bool negative = false;
+    if (i < n && (text[i] == u'-' || text[i] == u'+'))
+        negative = text[i++] == u'-';
     bool digits = false;
     bool point = false;
     for (; i < n; ++i) {
         const char16_t c = text[i].unicode();
-        if (c >= u'0' && c <= u'9') {
-            buf += char(c);
+        if (isDigit(c)) {
+            number.add(char(c));
             digits = true;
         } else if (c == u'.' && !point) {
-            buf += '.';
+            number.add('.');
             point = true;
-        } else if (c == u' ' || c == u'\t' || c == u'\n' || c == u'\r') {
-            continue;
-        } else {
+        } else if (!isBlank(c)) {
             break;
         }
     }
@@ -45,32 +65,32 @@ double ScanNumber(QStringView text)
         return 0.0;
     // Exponent: "E" or "D", optional sign, at least one digit.
     if (i < n && (text[i] == u'e' || text[i] == u'E' || text[i] == u'd' || text[i] == u'D')) {
-        std::string exp = "e";
         qsizetype j = i + 1;
+        char sign = '+';
         if (j < n && (text[j] == u'-' || text[j] == u'+'))
-            exp += char(text[j++].unicode());
-        bool expDigits = false;
-        while (j < n && text[j] >= u'0' && text[j] <= u'9' && exp.size() < 8) {
-            exp += char(text[j++].unicode());
-            expDigits = true;
+            sign = char(text[j++].unicode());
+        if (j < n && isDigit(text[j].unicode())) {
+            number.add('e');
+            number.add(sign);
+            for (int k = 0; j < n && isDigit(text[j].unicode()) && k < 6; ++j, ++k)
+                number.add(char(text[j].unicode()));
         }
-        if (expDigits)
-            buf += exp;
     }
-    const double v = std::strtod(buf.c_str(), nullptr);
-    return std::isfinite(v) ? v : 0.0;
+    const double v = number.read();
+    return negative ? -v : v;
 }
 
 double RoundHalfEven(double value, int places)
 {
     if (!std::isfinite(value))
         return 0.0;
-    const double scale = std::pow(10.0, places);
+    static constexpr double powers[] = {1.0, 10.0, 100.0, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10};
+    const double scale = places >= 0 && places <= 10 ? powers[places] : std::pow(10.0, places);
     const double scaled = value * scale;
     if (std::fabs(scaled) >= 4.5e15)
         return value;   // beyond the places a double can tell apart
-    // Decide on the decimal text of the product so that 2.675 * 100 = 267.49999... does not
-    // count as a tie while 0.125 * 100 = 12.5 does.
+    // A product that lies within a hair of .5 counts as a tie, so that 0.125 * 100 and
+    // 2.675 * 100 = 267.49999... are both ties, as their decimal texts are.
     const double floorPart = std::floor(scaled);
     const double diff = scaled - floorPart;
     constexpr double eps = 1e-9;

@@ -493,3 +493,32 @@ TEST(ViewHTML, ShowsWindows1250Page)
     EXPECT_EQ(viewers().first()->findChild<QMenuBar *>("menuBar"), nullptr);
     closeViewers();
 }
+
+TEST(ScanNumber, ReadsLikeTheProgramsNumberRule)
+{
+    EXPECT_DOUBLE_EQ(ScanNumber(u"1 234.50"), 1234.5);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"1 234,50"), 1234.0);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"  -12.5abc"), -12.5);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"+7"), 7.0);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"1.2.3"), 1.2);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"2.5E3x"), 2500.0);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"2.5E"), 2.5);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"\t\n 42"), 42.0);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"abc"), 0.0);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"-"), 0.0);
+    EXPECT_DOUBLE_EQ(ScanNumber(u""), 0.0);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"1e999"), 0.0);   // out of range reads as nothing
+    // A number longer than the small buffer still reads whole.
+    const QString longNumber = QString(100, '1') + ".5";
+    EXPECT_DOUBLE_EQ(ScanNumber(longNumber), std::stod(longNumber.toStdString()));
+}
+
+TEST(RoundHalfEven, TiesGoToTheEvenDigit)
+{
+    EXPECT_DOUBLE_EQ(RoundHalfEven(0.125, 2), 0.12);
+    EXPECT_DOUBLE_EQ(RoundHalfEven(0.135, 2), 0.14);
+    EXPECT_DOUBLE_EQ(RoundHalfEven(2.5, 0), 2.0);
+    EXPECT_DOUBLE_EQ(RoundHalfEven(-2.5, 0), -2.0);
+    EXPECT_DOUBLE_EQ(RoundHalfEven(1.26, 1), 1.3);
+    EXPECT_DOUBLE_EQ(RoundHalfEven(2.675, 2), 2.68);
+}

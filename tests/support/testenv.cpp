@@ -56,6 +56,7 @@ void SetUp()
     qputenv("FONDARIX_WINDIR", (root + QStringLiteral("/win")).toLocal8Bit());
     qputenv("FONDARIX_TEMP", (root + QStringLiteral("/temp")).toLocal8Bit());
     qputenv("HOME", root.toLocal8Bit());   // desktop folder and the like stay inside
+    qputenv("FONDARIX_NO_BROWSER", "1");   // nothing opens the system browser under tests
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, root + QStringLiteral("/settings"));
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, root + QStringLiteral("/settings"));
 
