@@ -6,14 +6,12 @@
 #include "grants/frmGrantPlan.h"
 #include "grants/grantplan.h"
 #include "support/testenv.h"
+#include "timing.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
-#include <QElapsedTimer>
 
-#include <algorithm>
 #include <cstdio>
-#include <functional>
 
 namespace {
 // 2,000 grants from the server's number sequence: a quarter ended, every ninth archived.
@@ -24,18 +22,6 @@ const char *const Fill =
     "CONCAT('doc. MUDr. Řešitel ', seq), '0,00', '01.01.2024', IF(seq % 4 = 0, '31.12.2025', ' '), "
     "CONCAT('GA24-', seq, 'S'), IF(seq % 2 = 0, '510 Klinická farmakologie', '520 Molekulární genetika'), "
     "'GAČR', IF(seq % 9 = 0, '1', '0') FROM seq_1_to_2000";
-
-double BestOfFive(const std::function<void()> &run)
-{
-    double best = 1e9;
-    for (int i = 0; i < 5; ++i) {
-        QElapsedTimer t;
-        t.start();
-        run();
-        best = std::min(best, t.nsecsElapsed() / 1e6);
-    }
-    return best;
-}
 
 void Report(const char *what, int rows, double ms)
 {

@@ -347,16 +347,27 @@ void frmGrantPlan::hideBoxChanged()
     fill(selectedGrant());
 }
 
-void frmGrantPlan::cmdNewRow_Click()
+std::optional<QString> frmGrantPlan::askNewNumber(const QString &prompt, const QString &title,
+                                                  const QString &offered) const
 {
-    const auto answer = InputBox(QStringLiteral("Zadejte číslo noveho GRANTu: "), QStringLiteral("Přidat položku"));
-    const QString number = answer.value_or(QString()).trimmed();
+    const QString number = InputBox(prompt, title, offered).value_or(QString()).trimmed();
+    // An empty answer or a number already in the register is ignored without a word.
     if (number.isEmpty() || m_grants.contains(number))
-        return;
+        return std::nullopt;
     if (const QString problem = GrantNumberProblem(number); !problem.isEmpty()) {
         MsgBox(problem, MsgWarning);
-        return;
+        return std::nullopt;
     }
+    return number;
+}
+
+void frmGrantPlan::cmdNewRow_Click()
+{
+    const std::optional<QString> answer =
+        askNewNumber(QStringLiteral("Zadejte číslo noveho GRANTu: "), QStringLiteral("Přidat položku"), QString());
+    if (!answer)
+        return;
+    const QString number = *answer;
     if (!onGranty([&](DbConnection &conn) { return AddGrant(conn, number); }))
         return;
     m_grants.insert(number);
@@ -368,14 +379,11 @@ void frmGrantPlan::cmdEdit_Click()
     const QString current = selectedGrant();
     if (current.isEmpty())
         return;
-    const auto answer = InputBox(QStringLiteral("Číslo GRANTu :"), QStringLiteral("Editovat položku"), current);
-    const QString renamed = answer.value_or(QString()).trimmed();
-    if (renamed.isEmpty() || m_grants.contains(renamed))
+    const std::optional<QString> answer =
+        askNewNumber(QStringLiteral("Číslo GRANTu :"), QStringLiteral("Editovat položku"), current);
+    if (!answer)
         return;
-    if (const QString problem = GrantNumberProblem(renamed); !problem.isEmpty()) {
-        MsgBox(problem, MsgWarning);
-        return;
-    }
+    const QString renamed = *answer;
     bool done = false;
     if (!onGranty([&](DbConnection &conn) { return RenameGrant(conn, current, renamed, &done); }))
         return;

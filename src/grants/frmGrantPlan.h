@@ -40,6 +40,9 @@ private:
     GrantPlanRow details() const;
     QString selectedGrant() const;
 
+    // A grant number asked for with an input box, checked; nothing when it cannot be used.
+    std::optional<QString> askNewNumber(const QString &prompt, const QString &title, const QString &offered) const;
+
     void headingClick(int column);
     void hideBoxChanged();
     void cmdNewRow_Click();
