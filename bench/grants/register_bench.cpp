@@ -1,15 +1,12 @@
 // The grant register with 2,000 grants: reading the rows, and opening the screen with
 // its grid filled and the first grant's details shown. Goal: well under a second.
 
+#include "benchenv.h"
 #include "core/db.h"
-#include "core/session.h"
 #include "grants/frmGrantPlan.h"
 #include "grants/grantplan.h"
-#include "support/testenv.h"
-#include "timing.h"
 
 #include <QAbstractItemView>
-#include <QApplication>
 
 #include <cstdio>
 
@@ -32,46 +29,35 @@ void Report(const char *what, int rows, double ms)
 
 int main(int argc, char **argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    testenv::SetUp();
-    testenv::FreshDatabases(false);
-    Session().UserTyp = 2;
-    Session().UserFiltrGrant = QStringLiteral("0");
-    int rc = 0;
-    {
-        DbConnection conn(ConnStrGranty());
-        if (!conn.exec(QString::fromUtf8(Fill))) {
-            std::fprintf(stderr, "data: %s\n", qPrintable(conn.errorText()));
-            rc = 1;
-        } else {
-            const auto timeFill = [&](const char *what, const GrantPlanView &view) {
-                GrantPlanList list;
-                const double ms = BestOfFive([&] { FillGrantPlan(conn, view, &list); });
-                Report(what, int(list.rows.size()), ms);
-            };
-            GrantPlanView view;
-            timeFill("FillGrantPlan, every grant", view);
-            view.hideArchived = view.hideEnded = true;
-            timeFill("FillGrantPlan, archived and ended hidden", view);
-            view = GrantPlanView();
-            view.userFilter = QStringLiteral("100,1015,119");
-            timeFill("FillGrantPlan, user with grants \"100,1015,119\"", view);
-            view = GrantPlanView();
-            view.sortKey = QStringLiteral("castka2");
-            view.descending = true;
-            timeFill("FillGrantPlan, sorted by investigator, descending", view);
-
-            int shown = 0;
-            const double open = BestOfFive([&] {
-                frmGrantPlan screen;
-                screen.Load();
-                shown = screen.findChild<QAbstractItemView *>(QStringLiteral("MSFlexGrid2"))->model()->rowCount();
-            });
-            Report("frmGrantPlan: construct, Load, first grant's details", shown, open);
-        }
+    BenchEnvironment environment(argc, argv);
+    DbConnection conn(ConnStrGranty());
+    if (!conn.exec(QString::fromUtf8(Fill))) {
+        std::fprintf(stderr, "data: %s\n", qPrintable(conn.errorText()));
+        return 1;
     }
-    testenv::TearDown();
-    return rc;
+    const auto timeFill = [&](const char *what, const GrantPlanView &view) {
+        GrantPlanList list;
+        const double ms = BestOfFive([&] { FillGrantPlan(conn, view, &list); });
+        Report(what, int(list.rows.size()), ms);
+    };
+    GrantPlanView view;
+    timeFill("FillGrantPlan, every grant", view);
+    view.hideArchived = view.hideEnded = true;
+    timeFill("FillGrantPlan, archived and ended hidden", view);
+    view = GrantPlanView();
+    view.userFilter = QStringLiteral("100,1015,119");
+    timeFill("FillGrantPlan, user with grants \"100,1015,119\"", view);
+    view = GrantPlanView();
+    view.sortKey = QStringLiteral("castka2");
+    view.descending = true;
+    timeFill("FillGrantPlan, sorted by investigator, descending", view);
+
+    int shown = 0;
+    const double open = BestOfFive([&] {
+        frmGrantPlan screen;
+        screen.Load();
+        shown = screen.findChild<QAbstractItemView *>(QStringLiteral("MSFlexGrid2"))->model()->rowCount();
+    });
+    Report("frmGrantPlan: construct, Load, first grant's details", shown, open);
+    return 0;
 }
