@@ -51,23 +51,6 @@ TEST(Pozice, NumbersAndPositionsInMemory)
     EXPECT_EQ(PoziceVPameti("12"), 11);
     EXPECT_EQ(PoziceVPameti("0"), -1);
     EXPECT_EQ(PoziceVPameti("x"), -1);
-
-    EXPECT_EQ(PocetOddelovacu("a~b~~c", "~"), 3);
-    EXPECT_EQ(PocetOddelovacu("abc", "~"), 0);
-    EXPECT_EQ(PocetOddelovacu("", "~"), 0);
-}
-
-TEST(Pozice, DefinitionsKeepTheirPrefixAsymmetry)
-{
-    WriteIni(QString());
-    UlozPozice(PoziceMD_DAL, {"3"}, {"Doklad"});
-    EXPECT_EQ(GetPoziceTab("Datum"), "3");
-    EXPECT_EQ(GetPoziceTab("N_Datum"), "Doklad");
-    UlozPozice(PoziceUcty, {"2"}, {"Účet"});
-    EXPECT_EQ(GetPoziceTab2("N_Ucet"), "2");
-    EXPECT_EQ(GetPoziceTab2("Ucet"), "Účet");
-    EXPECT_EQ(PoziceRadky(PoziceMD_DAL).size(), 10);
-    EXPECT_EQ(PoziceRadky(PoziceUcty).size(), 5);
 }
 
 TEST(Pozice, HeadingFoundByFirstSubstring)
