@@ -3,7 +3,9 @@
 #include "app/frmMDIMain.h"
 #include "app/frmZast.h"
 #include "app/screens.h"
+#include "admin/print.h"
 #include "core/config.h"
+#include "core/htmlviewer.h"
 #include "core/msg.h"
 #include "core/session.h"
 
@@ -36,6 +38,8 @@ int RunFondarix(int argc, char **argv)
         return 0;
     Session().UserTyp = -1;
     RegisterScreens();
+    // The viewer prints with the user's page setup: margins, header and footer.
+    HtmlViewer::setPrintHandler(PrintWithPageSetup);
 
     {
         frmZast splash;
@@ -44,6 +48,9 @@ int RunFondarix(int argc, char **argv)
 
     frmMDIMain main;
     main.show();
+    // Asked for explicitly: a desktop without a window manager activates nothing by itself,
+    // and the activation is what opens the login.
+    main.activateWindow();
     QApplication::restoreOverrideCursor();
     return app.exec();
 }
