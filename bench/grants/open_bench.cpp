@@ -7,7 +7,7 @@
 #include "grants/frmStredisko.h"
 #include "grants/grantplan.h"
 #include "grants/skupuctugrant.h"
-#include "support/testenv.h"
+#include "benchenv.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -63,19 +63,6 @@ bool Generate(DbConnection &conn)
                                            "Zustatek, Procent, Rezerv1, Rezerv2) VALUES "), 9, groups);
 }
 
-// Best of five runs, in milliseconds.
-double Best(const std::function<void()> &run)
-{
-    double best = 1e9;
-    for (int i = 0; i < 5; ++i) {
-        QElapsedTimer t;
-        t.start();
-        run();
-        best = std::min(best, t.nsecsElapsed() / 1e6);
-    }
-    return best;
-}
-
 void Report(const char *what, double ms)
 {
     std::printf("%-58s %8.1f ms  (goal: well under 1000 ms, %.0f%% of it)\n", what, ms, ms / 10.0);
@@ -84,13 +71,7 @@ void Report(const char *what, double ms)
 
 int main(int argc, char **argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    testenv::SetUp();
-    testenv::FreshDatabases(false);
-    Session().UserTyp = 2;
-    Session().UserFiltrGrant = QStringLiteral("0");
+    BenchEnvironment environment(argc, argv);
     int rc = 0;
     {
         DbConnection conn(ConnStrGranty());
@@ -102,7 +83,7 @@ int main(int argc, char **argv)
         } else {
             std::printf("generated %d grants and %d group rows in %.1f s\n", Grants, Grants * GroupsPerGrant, t.elapsed() / 1000.0);
             int rows = 0;
-            Report("frmStredisko logic: budgets, group rows, totals, sums", Best([&] {
+            Report("frmStredisko logic: budgets, group rows, totals, sums", BestOfFive([&] {
                        QVector<GrantBudget> budgets;
                        QVector<GroupRow> groups;
                        LoadGrantBudgets(conn, QStringLiteral("0"), &budgets);
@@ -111,28 +92,27 @@ int main(int argc, char **argv)
                        PlanSumsByGrant(groups);
                        rows = groups.size();
                    }));
-            Report("  of it: LoadStredisko alone", Best([&] {
+            Report("  of it: LoadStredisko alone", BestOfFive([&] {
                        QVector<GroupRow> groups;
                        LoadStredisko(conn, QStringLiteral("0"), &groups);
                    }));
-            Report("frmStredisko logic, user with grants \"100,1010,19\"", Best([&] {
+            Report("frmStredisko logic, user with grants \"100,1010,19\"", BestOfFive([&] {
                        QVector<GrantBudget> budgets;
                        QVector<GroupRow> groups;
                        LoadGrantBudgets(conn, QStringLiteral("100,1010,19"), &budgets);
                        LoadStredisko(conn, QStringLiteral("100,1010,19"), &groups);
                        SumGroupRows(groups);
                    }));
-            Report("frmStredisko screen: construct and load", Best([] {
+            Report("frmStredisko screen: construct and load", BestOfFive([] {
                        frmStredisko screen;
                        screen.load();
                    }));
-            Report("grant register: FillGrantPlan, all grants", Best([&] {
+            Report("grant register: FillGrantPlan, all grants", BestOfFive([&] {
                        GrantPlanList list;
                        FillGrantPlan(conn, GrantPlanView{}, &list);
                    }));
             std::printf("(%d group rows in view)\n", rows);
         }
     }
-    testenv::TearDown();
     return rc;
 }

@@ -17,14 +17,6 @@
 using namespace testenv;
 
 namespace {
-template <typename T>
-T *child(QWidget &parent, const char *name)
-{
-    T *w = parent.findChild<T *>(QLatin1String(name));
-    EXPECT_NE(w, nullptr) << name;
-    return w;
-}
-
 QString cell(QTableWidget *grid, int row, int column)
 {
     const QTableWidgetItem *item = grid->item(row, column);
@@ -102,7 +94,7 @@ TEST(LoginUser, AdministratorSeesEveryUserInEightColumnsAndFiltersByRole)
     LoginAs(2);
     ScriptedMessages messages;
     frmLoginUser screen;
-    auto *grid = child<QTableWidget>(screen, "MSFlexGrid1");
+    auto *grid = Child<QTableWidget>(&screen, "MSFlexGrid1");
     ASSERT_EQ(grid->columnCount(), 8);
     EXPECT_EQ(grid->horizontalHeaderItem(1)->text(), "   Příjmení");
     EXPECT_EQ(grid->horizontalHeaderItem(7)->text(), "     Filtr GRANTu");
@@ -117,23 +109,23 @@ TEST(LoginUser, AdministratorSeesEveryUserInEightColumnsAndFiltersByRole)
     EXPECT_EQ(cell(grid, 1, 4), "svoboda");
     EXPECT_EQ(cell(grid, 1, 5), "admin2");
 
-    auto *typ = child<QComboBox>(screen, "cmbTyp0");
+    auto *typ = Child<QComboBox>(&screen, "cmbTyp0");
     EXPECT_EQ(typ->count(), 6);
     EXPECT_EQ(typ->itemText(5), "Správce objedávek");
     for (const char *locked : {"txtUser", "txtJmeno", "txtPrijmeni", "txtFiltr"})
-        EXPECT_TRUE(child<QLineEdit>(screen, locked)->isEnabled()) << locked;
-    EXPECT_TRUE(child<QPushButton>(screen, "cmdAdd")->isEnabled());
+        EXPECT_TRUE(Child<QLineEdit>(&screen, locked)->isEnabled()) << locked;
+    EXPECT_TRUE(Child<QPushButton>(&screen, "cmdAdd")->isEnabled());
 
     // The order manager row picks position 5 of the list through the grid's spelling.
     grid->setCurrentCell(4, 1);
     EXPECT_EQ(typ->currentIndex(), 5);
-    EXPECT_EQ(child<QLineEdit>(screen, "txtUser")->text(), "prochazkova");
+    EXPECT_EQ(Child<QLineEdit>(&screen, "txtUser")->text(), "prochazkova");
     SaveScreen(&screen, "frmLoginUser_role2");
 
-    child<QComboBox>(screen, "cmbTyp1")->setCurrentIndex(4);   // "Lékárna"
+    Child<QComboBox>(&screen, "cmbTyp1")->setCurrentIndex(4);   // "Lékárna"
     ASSERT_EQ(grid->rowCount(), 1);
     EXPECT_EQ(cell(grid, 0, 1), "Dvořáková");
-    child<QComboBox>(screen, "cmbTyp1")->setCurrentIndex(0);
+    Child<QComboBox>(&screen, "cmbTyp1")->setCurrentIndex(0);
     EXPECT_EQ(grid->rowCount(), 6);
     EXPECT_TRUE(messages.shown.empty());
 }
@@ -144,21 +136,21 @@ TEST(LoginUser, NonAdministratorSeesOwnRowAndChangesOnlyTitleAndPassword)
     LoginAs(1);
     ScriptedMessages messages;
     frmLoginUser screen;
-    auto *grid = child<QTableWidget>(screen, "MSFlexGrid1");
+    auto *grid = Child<QTableWidget>(&screen, "MSFlexGrid1");
     EXPECT_EQ(grid->columnCount(), 3);
     ASSERT_EQ(grid->rowCount(), 1);
     EXPECT_EQ(cell(grid, 0, 1), "Nováková");
     for (const char *locked : {"txtUser", "txtJmeno", "txtPrijmeni", "txtFiltr"})
-        EXPECT_FALSE(child<QLineEdit>(screen, locked)->isEnabled()) << locked;
+        EXPECT_FALSE(Child<QLineEdit>(&screen, locked)->isEnabled()) << locked;
     for (const char *locked : {"cmbTyp0", "cmbTyp1", "Combo2"})
-        EXPECT_FALSE(child<QComboBox>(screen, locked)->isEnabled()) << locked;
-    EXPECT_FALSE(child<QPushButton>(screen, "cmdAdd")->isEnabled());
-    EXPECT_FALSE(child<QPushButton>(screen, "cmdDelete")->isEnabled());
+        EXPECT_FALSE(Child<QComboBox>(&screen, locked)->isEnabled()) << locked;
+    EXPECT_FALSE(Child<QPushButton>(&screen, "cmdAdd")->isEnabled());
+    EXPECT_FALSE(Child<QPushButton>(&screen, "cmdDelete")->isEnabled());
     SaveScreen(&screen, "frmLoginUser_role1");
 
-    child<QLineEdit>(screen, "txtTitul")->setText("Mgr.");
-    child<QLineEdit>(screen, "txtHeslo")->setText("nove-heslo ");
-    child<QPushButton>(screen, "cmdSave")->click();
+    Child<QLineEdit>(&screen, "txtTitul")->setText("Mgr.");
+    Child<QLineEdit>(&screen, "txtHeslo")->setText("nove-heslo ");
+    Child<QPushButton>(&screen, "cmdSave")->click();
     EXPECT_TRUE(messages.saw("Akce byla úspěšně provedena..."));
     EXPECT_EQ(Column(SysDbName, "SELECT CONCAT_WS('|', titul, password, typ, filtr_grant, login) FROM sys_users "
                                 "WHERE prijmeni = 'Nováková'"),
@@ -171,10 +163,10 @@ TEST(LoginUser, AddSaveAndDeleteAskTheirQuestions)
     LoginAs(2);
     ScriptedMessages messages;
     frmLoginUser screen;
-    auto *grid = child<QTableWidget>(screen, "MSFlexGrid1");
+    auto *grid = Child<QTableWidget>(&screen, "MSFlexGrid1");
 
     messages.answers = {AnswerCancel};
-    child<QPushButton>(screen, "cmdAdd")->click();
+    Child<QPushButton>(&screen, "cmdAdd")->click();
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(messages.shown[0].text, "Opravdu si přejete přídat nového uživatele? ");
     EXPECT_EQ(messages.shown[0].title, "Informace");
@@ -182,18 +174,18 @@ TEST(LoginUser, AddSaveAndDeleteAskTheirQuestions)
     EXPECT_EQ(Column(SysDbName, "SELECT COUNT(*) FROM sys_users"), QStringList{"6"});
 
     messages.answers = {AnswerOk};
-    child<QPushButton>(screen, "cmdAdd")->click();
+    Child<QPushButton>(&screen, "cmdAdd")->click();
     EXPECT_EQ(grid->rowCount(), 7);
-    const QString key = child<QLineEdit>(screen, "txtIDPac")->text();
+    const QString key = Child<QLineEdit>(&screen, "txtIDPac")->text();
     EXPECT_EQ(Column(SysDbName, "SELECT _key FROM sys_users WHERE jmeno = ''"), QStringList{key});
 
-    child<QLineEdit>(screen, "txtPrijmeni")->setText("O'Brien'; DROP TABLE sys_users; --");
-    child<QLineEdit>(screen, "txtJmeno")->setText("  Eva ");
-    child<QLineEdit>(screen, "txtUser")->setText("obrien");
-    child<QLineEdit>(screen, "txtHeslo")->setText("x' OR '1'='1");
-    child<QComboBox>(screen, "cmbTyp0")->setCurrentIndex(3);   // "Lékárna"
-    child<QLineEdit>(screen, "txtFiltr")->setText("12,,34,");
-    child<QPushButton>(screen, "cmdSave")->click();
+    Child<QLineEdit>(&screen, "txtPrijmeni")->setText("O'Brien'; DROP TABLE sys_users; --");
+    Child<QLineEdit>(&screen, "txtJmeno")->setText("  Eva ");
+    Child<QLineEdit>(&screen, "txtUser")->setText("obrien");
+    Child<QLineEdit>(&screen, "txtHeslo")->setText("x' OR '1'='1");
+    Child<QComboBox>(&screen, "cmbTyp0")->setCurrentIndex(3);   // "Lékárna"
+    Child<QLineEdit>(&screen, "txtFiltr")->setText("12,,34,");
+    Child<QPushButton>(&screen, "cmdSave")->click();
     EXPECT_EQ(messages.lastText(), "Akce byla úspěšně provedena...");
     EXPECT_EQ(Column(SysDbName, "SELECT CONCAT_WS('|', prijmeni, jmeno, login, password, typ, filtr_grant) "
                                 "FROM sys_users WHERE _key = " + key),
@@ -205,17 +197,17 @@ TEST(LoginUser, AddSaveAndDeleteAskTheirQuestions)
     EXPECT_EQ(cell(grid, row, 6), "Lékárna");
 
     messages.answers = {AnswerCancel};
-    child<QPushButton>(screen, "cmdDelete")->click();
+    Child<QPushButton>(&screen, "cmdDelete")->click();
     EXPECT_EQ(messages.lastText(), "Opravdu si přejete smazat uživatele? ");
     EXPECT_EQ(Column(SysDbName, "SELECT COUNT(*) FROM sys_users"), QStringList{"7"});
     messages.answers = {AnswerOk};
-    child<QPushButton>(screen, "cmdDelete")->click();
+    Child<QPushButton>(&screen, "cmdDelete")->click();
     EXPECT_EQ(Column(SysDbName, "SELECT COUNT(*) FROM sys_users WHERE _key = " + key), QStringList{"0"});
     EXPECT_EQ(grid->rowCount(), 6);
 
     // Nothing selected after the delete: a warning, no question.
     const size_t before = messages.shown.size();
-    child<QPushButton>(screen, "cmdDelete")->click();
+    Child<QPushButton>(&screen, "cmdDelete")->click();
     ASSERT_EQ(messages.shown.size(), before + 1);
     EXPECT_EQ(messages.shown.back().style, MsgWarning);
 }
@@ -227,14 +219,14 @@ TEST(LoginUser, RoleZeroShowsAsSuperUserAndForeignCharacterIsRefused)
     LoginAs(2);
     ScriptedMessages messages;
     frmLoginUser screen;
-    auto *grid = child<QTableWidget>(screen, "MSFlexGrid1");
+    auto *grid = Child<QTableWidget>(&screen, "MSFlexGrid1");
     ASSERT_EQ(cell(grid, 0, 1), "Černý");   // role 0 sorts first
     EXPECT_EQ(cell(grid, 0, 6), "Super uživatel");
     grid->setCurrentCell(0, 1);
-    EXPECT_EQ(child<QComboBox>(screen, "cmbTyp0")->currentIndex(), 2);
+    EXPECT_EQ(Child<QComboBox>(&screen, "cmbTyp0")->currentIndex(), 2);
 
-    child<QLineEdit>(screen, "txtTitul")->setText("Ωmega");
-    child<QPushButton>(screen, "cmdSave")->click();
+    Child<QLineEdit>(&screen, "txtTitul")->setText("Ωmega");
+    Child<QPushButton>(&screen, "cmdSave")->click();
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(messages.shown[0].style, MsgCritical);
     EXPECT_TRUE(messages.shown[0].text.contains("titul")) << messages.shown[0].text.toStdString();
@@ -247,13 +239,13 @@ TEST(LoginUser, GrantPicksAndBackspaceInTheFilterField)
     LoginAs(2);
     ScriptedMessages messages;
     frmLoginUser screen;
-    auto *combo = child<QComboBox>(screen, "Combo2");
-    auto *filter = child<QLineEdit>(screen, "txtFiltr");
+    auto *combo = Child<QComboBox>(&screen, "Combo2");
+    auto *filter = Child<QLineEdit>(&screen, "txtFiltr");
     const QStringList grants = Column(GrantyDbName, "SELECT _GRANT FROM GrantyPlan");
     ASSERT_EQ(combo->count(), grants.size());
     ASSERT_GE(combo->count(), 2) << "the demo grants are needed";
 
-    child<QTableWidget>(screen, "MSFlexGrid1")->setCurrentCell(0, 1);
+    Child<QTableWidget>(&screen, "MSFlexGrid1")->setCurrentCell(0, 1);
     ASSERT_EQ(filter->text(), "0");
     emit combo->activated(0);
     EXPECT_EQ(filter->text(), combo->itemText(0) + ",");
@@ -275,7 +267,7 @@ TEST(LoginUser, MissingGrantTableLeavesThePickerEmptyWithoutMessage)
     LoginAs(2);
     ScriptedMessages messages;
     frmLoginUser screen;
-    EXPECT_EQ(child<QComboBox>(screen, "Combo2")->count(), 0);
-    EXPECT_EQ(child<QTableWidget>(screen, "MSFlexGrid1")->rowCount(), 6);
+    EXPECT_EQ(Child<QComboBox>(&screen, "Combo2")->count(), 0);
+    EXPECT_EQ(Child<QTableWidget>(&screen, "MSFlexGrid1")->rowCount(), 6);
     EXPECT_TRUE(messages.shown.empty());
 }

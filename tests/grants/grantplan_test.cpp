@@ -23,15 +23,7 @@ using namespace testenv;
 namespace {
 const QString Granty = QString::fromLatin1(GrantyDbName);
 
-template <typename T>
-T *Widget(QWidget *screen, const char *name)
-{
-    T *w = screen->findChild<T *>(QLatin1String(name));
-    EXPECT_NE(w, nullptr) << name;
-    return w;
-}
-
-QAbstractItemModel *Grid(QWidget *screen) { return Widget<QTableView>(screen, "MSFlexGrid2")->model(); }
+QAbstractItemModel *Grid(QWidget *screen) { return Child<QTableView>(screen, "MSFlexGrid2")->model(); }
 
 QStringList GridGrants(QWidget *screen)
 {
@@ -44,13 +36,13 @@ QStringList GridGrants(QWidget *screen)
 
 int RowOf(QWidget *screen, const QString &grant) { return int(GridGrants(screen).indexOf(grant)); }
 
-QString Text(QWidget *screen, const char *name) { return Widget<QLineEdit>(screen, name)->text(); }
+QString Text(QWidget *screen, const char *name) { return Child<QLineEdit>(screen, name)->text(); }
 
-void Click(QWidget *screen, const char *name) { QTest::mouseClick(Widget<QPushButton>(screen, name), Qt::LeftButton); }
+void Click(QWidget *screen, const char *name) { QTest::mouseClick(Child<QPushButton>(screen, name), Qt::LeftButton); }
 
 void SelectGrant(QWidget *screen, const QString &grant)
 {
-    auto *grid = Widget<QTableView>(screen, "MSFlexGrid2");
+    auto *grid = Child<QTableView>(screen, "MSFlexGrid2");
     grid->setCurrentIndex(grid->model()->index(RowOf(screen, grant), 0));
 }
 
@@ -161,7 +153,7 @@ TEST(frmGrantPlan, GridColoursAndDetails)
     EXPECT_EQ(grid->headerData(1, Qt::Horizontal).toString(), " Rozpočet plán, Kč");
     EXPECT_EQ(grid->headerData(8, Qt::Horizontal).toString(), "          Řešitel GRANTU");
     EXPECT_EQ(grid->headerData(0, Qt::Vertical).toString(), "1.");
-    EXPECT_TRUE(Widget<QTableView>(&screen, "MSFlexGrid2")->isColumnHidden(10));
+    EXPECT_TRUE(Child<QTableView>(&screen, "MSFlexGrid2")->isColumnHidden(10));
 
     const auto colour = [&](const QString &grant) {
         return grid->index(RowOf(&screen, grant), 3).data(Qt::BackgroundRole).value<QColor>().rgb() & 0xFFFFFF;
@@ -179,15 +171,15 @@ TEST(frmGrantPlan, GridColoursAndDetails)
     EXPECT_EQ(Text(&screen, "Text5"), "1 250 000,00");
     EXPECT_EQ(Text(&screen, "Text6"), "MUDr. Tomáš Bartoš, Ph.D.");
     EXPECT_EQ(Text(&screen, "Text9"), "GAČR");
-    EXPECT_EQ(Widget<QLabel>(&screen, "PocetDocum")->text(), "2");
+    EXPECT_EQ(Child<QLabel>(&screen, "PocetDocum")->text(), "2");
     SelectGrant(&screen, "1204");
-    EXPECT_TRUE(Widget<QCheckBox>(&screen, "Check1")->isChecked());
-    EXPECT_EQ(Widget<QLabel>(&screen, "PocetDocum")->text(), "0");
-    EXPECT_TRUE(Widget<QPushButton>(&screen, "cmdEdit")->isEnabled());
+    EXPECT_TRUE(Child<QCheckBox>(&screen, "Check1")->isChecked());
+    EXPECT_EQ(Child<QLabel>(&screen, "PocetDocum")->text(), "0");
+    EXPECT_TRUE(Child<QPushButton>(&screen, "cmdEdit")->isEnabled());
     SaveScreen(&screen, "frmGrantPlan");
 
     // Heading clicks alternate ascending and descending; a column without a key does nothing.
-    QHeaderView *header = Widget<QTableView>(&screen, "MSFlexGrid2")->horizontalHeader();
+    QHeaderView *header = Child<QTableView>(&screen, "MSFlexGrid2")->horizontalHeader();
     const auto clickHeading = [&](int column) {
         QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
                           QPoint(header->sectionViewportPosition(column) + 5, header->height() / 2));
@@ -258,11 +250,11 @@ TEST(frmGrantPlan, AddRenameSaveDelete)
 
     // Save: empty amounts as "0,00", other empty texts as one blank, quotes as typed.
     SelectGrant(&screen, "3001");
-    Widget<QLineEdit>(&screen, "Text5")->setText("12345,5");
-    Widget<QLineEdit>(&screen, "Text8")->setText("");
-    Widget<QLineEdit>(&screen, "Text6")->setText("Dr. O'Brien");
-    Widget<QLineEdit>(&screen, "Text3")->setText("01.01.2026");
-    Widget<QCheckBox>(&screen, "Check1")->setChecked(true);
+    Child<QLineEdit>(&screen, "Text5")->setText("12345,5");
+    Child<QLineEdit>(&screen, "Text8")->setText("");
+    Child<QLineEdit>(&screen, "Text6")->setText("Dr. O'Brien");
+    Child<QLineEdit>(&screen, "Text3")->setText("01.01.2026");
+    Child<QCheckBox>(&screen, "Check1")->setChecked(true);
     Click(&screen, "cmdSave");
     EXPECT_EQ(Column(Granty, "SELECT CONCAT_WS('|', Castka1, Poskytnute, Castka2, zahajeni, ukonceni, agentura, archiv) "
                              "FROM GrantyPlan WHERE _grant='3001'"),
@@ -271,7 +263,7 @@ TEST(frmGrantPlan, AddRenameSaveDelete)
     EXPECT_EQ(Text(&screen, "Text5"), "12 345,50");
 
     // A text the code page cannot hold is refused by the server and said, nothing stored.
-    Widget<QLineEdit>(&screen, "Text6")->setText(QString::fromUtf8("名前"));
+    Child<QLineEdit>(&screen, "Text6")->setText(QString::fromUtf8("名前"));
     Click(&screen, "cmdSave");
     ASSERT_FALSE(messages.shown.empty());
     EXPECT_EQ(messages.shown.back().style, MsgCritical);
@@ -314,7 +306,7 @@ TEST(frmGrantPlan, DeletingTheLastRowClearsDetails)
     EXPECT_EQ(Grid(&screen)->rowCount(), 0);
     EXPECT_EQ(Text(&screen, "Text4"), "");
     EXPECT_EQ(Text(&screen, "Text5"), "");
-    EXPECT_EQ(Widget<QLabel>(&screen, "PocetDocum")->text(), "");
+    EXPECT_EQ(Child<QLabel>(&screen, "PocetDocum")->text(), "");
     // With the list empty the commands do nothing and ask nothing.
     messages.shown.clear();
     Click(&screen, "cmdDelete");
@@ -331,21 +323,21 @@ TEST(frmGrantPlan, HideBoxesAreKeptInTheSettingsStore)
     {
         frmGrantPlan screen;
         screen.Load();
-        Widget<QCheckBox>(&screen, "Check2")->click();
+        Child<QCheckBox>(&screen, "Check2")->click();
         EXPECT_EQ(GetSetting("NASTAVENI", "ARCHIVNI"), "1");
         EXPECT_EQ(RowOf(&screen, "1204"), -1);
         EXPECT_EQ(Grid(&screen)->rowCount(), 10);
-        Widget<QCheckBox>(&screen, "Check3")->click();
+        Child<QCheckBox>(&screen, "Check3")->click();
         EXPECT_EQ(GetSetting("NASTAVENI", "UKONCENE"), "1");
         EXPECT_EQ(GridGrants(&screen), (QStringList{"1202", "1203", "1205", "1206", "2301", "2303", "2304", "2306"}));
-        Widget<QCheckBox>(&screen, "Check2")->click();
+        Child<QCheckBox>(&screen, "Check2")->click();
         EXPECT_EQ(GetSetting("NASTAVENI", "ARCHIVNI"), "0");
         EXPECT_EQ(Grid(&screen)->rowCount(), 8);   // the archived grants have ended too
     }
     frmGrantPlan again;
     again.Load();
-    EXPECT_FALSE(Widget<QCheckBox>(&again, "Check2")->isChecked());
-    EXPECT_TRUE(Widget<QCheckBox>(&again, "Check3")->isChecked());
+    EXPECT_FALSE(Child<QCheckBox>(&again, "Check2")->isChecked());
+    EXPECT_TRUE(Child<QCheckBox>(&again, "Check3")->isChecked());
     EXPECT_EQ(Grid(&again)->rowCount(), 8);
 }
 
@@ -361,12 +353,12 @@ TEST(frmGrantPlan, OneGrantViewIsReadOnly)
     EXPECT_EQ(Grid(&screen)->index(0, 0).data(Qt::BackgroundRole).value<QColor>().rgb() & 0xFFFFFF, 0xFFFF00u);
     EXPECT_EQ(Text(&screen, "Text4"), "1204");
     for (const char *name : {"Text5", "Text8", "Text6", "Text3", "Text1", "Text2", "Text7", "Text9"})
-        EXPECT_FALSE(Widget<QLineEdit>(&screen, name)->isEnabled()) << name;
+        EXPECT_FALSE(Child<QLineEdit>(&screen, name)->isEnabled()) << name;
     for (const char *name : {"cmdNewRow", "cmdEdit", "cmdDelete", "cmdSave"})
-        EXPECT_FALSE(Widget<QPushButton>(&screen, name)->isEnabled()) << name;
+        EXPECT_FALSE(Child<QPushButton>(&screen, name)->isEnabled()) << name;
     for (const char *name : {"Check1", "Check2", "Check3"})
-        EXPECT_FALSE(Widget<QCheckBox>(&screen, name)->isEnabled()) << name;
-    EXPECT_TRUE(Widget<QPushButton>(&screen, "Command1")->isEnabled());
+        EXPECT_FALSE(Child<QCheckBox>(&screen, name)->isEnabled()) << name;
+    EXPECT_TRUE(Child<QPushButton>(&screen, "Command1")->isEnabled());
     SaveScreen(&screen, "frmGrantPlan_GrantActiv");
 }
 
@@ -377,9 +369,9 @@ TEST(frmGrantPlan, CalendarAmountBoxesAndRights)
     {
         frmGrantPlan screen;
         screen.Load();
-        EXPECT_FALSE(Widget<QPushButton>(&screen, "cmdEdit")->isEnabled());
-        EXPECT_FALSE(Widget<QPushButton>(&screen, "cmdKalendar")->isEnabled());
-        EXPECT_TRUE(Widget<QPushButton>(&screen, "cmdNewRow")->isEnabled());
+        EXPECT_FALSE(Child<QPushButton>(&screen, "cmdEdit")->isEnabled());
+        EXPECT_FALSE(Child<QPushButton>(&screen, "cmdKalendar")->isEnabled());
+        EXPECT_TRUE(Child<QPushButton>(&screen, "cmdNewRow")->isEnabled());
     }
     LoginAs(2);
     frmGrantPlan screen;
@@ -396,7 +388,7 @@ TEST(frmGrantPlan, CalendarAmountBoxesAndRights)
     Click(&screen, "cmdKalendar");
     EXPECT_EQ(Text(&screen, "Text3"), "05.03.2025");
     EXPECT_EQ(offered.value(0), "01.01.2022");
-    Widget<QLineEdit>(&screen, "Text1")->setFocus();
+    Child<QLineEdit>(&screen, "Text1")->setFocus();
     answer = QString("30.06.2026");
     Click(&screen, "cmdKalendar");
     EXPECT_EQ(Text(&screen, "Text1"), "30.06.2026");
@@ -406,13 +398,13 @@ TEST(frmGrantPlan, CalendarAmountBoxesAndRights)
     EXPECT_EQ(Text(&screen, "Text1"), "30.06.2026");
 
     // Amount boxes are formatted when left; an emptied box gives "0,00".
-    auto *plan = Widget<QLineEdit>(&screen, "Text5");
+    auto *plan = Child<QLineEdit>(&screen, "Text5");
     plan->setFocus();
     plan->selectAll();
     QTest::keyClicks(plan, "2500000,5");
     QTest::keyClick(plan, Qt::Key_Tab);
     EXPECT_EQ(plan->text(), "2 500 000,50");
-    auto *granted = Widget<QLineEdit>(&screen, "Text8");
+    auto *granted = Child<QLineEdit>(&screen, "Text8");
     granted->setFocus();
     granted->selectAll();
     QTest::keyClick(granted, Qt::Key_Backspace);

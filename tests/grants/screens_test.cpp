@@ -18,14 +18,6 @@ using namespace testenv;
 namespace {
 const QString Granty = QString::fromLatin1(GrantyDbName);
 
-template <typename T>
-T *Child(QWidget *screen, const char *name)
-{
-    T *w = screen->findChild<T *>(QLatin1String(name));
-    EXPECT_NE(w, nullptr) << name;
-    return w;
-}
-
 QAbstractItemModel *Grid(QWidget *screen) { return Child<QTableView>(screen, "DataGrid1")->model(); }
 
 // The row of the grid whose first column is text, or -1.

@@ -3,14 +3,15 @@
 // fresh databases, scripted answers to messages, and saved screenshots.
 
 #include <QString>
+#include <QWidget>
+
+#include <gtest/gtest.h>
 #include <QStringList>
 
 #include <deque>
 #include <ostream>
 #include <optional>
 #include <vector>
-
-class QWidget;
 
 namespace testenv {
 
@@ -35,6 +36,15 @@ void WriteIni(const QString &content);
 
 // Folder for generated samples a person may want to open: <build>/samples/<name>.
 QString SamplesDir(const QString &name);
+
+// A control of a screen by its objectName; a missing one fails the test.
+template <typename T>
+T *Child(QWidget *screen, const char *name)
+{
+    T *w = screen->findChild<T *>(QLatin1String(name));
+    EXPECT_NE(w, nullptr) << name;
+    return w;
+}
 
 // Saves a picture of the widget as <build>/screens/<name>.png.
 void SaveScreen(QWidget *widget, const QString &name);
