@@ -3,7 +3,7 @@
 CREATE TABLE sys_users (
   _key INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
   login VARCHAR(50) NULL,
-  password VARCHAR(50) NULL,
+  password VARCHAR(50) COLLATE cp1250_bin NULL,   -- compared as stored: letter case counts
   prijmeni VARCHAR(60) NULL,
   jmeno VARCHAR(60) NULL,
   titul VARCHAR(30) NULL,
