@@ -7,13 +7,12 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cctype>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <regex>
 #include <iterator>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -63,12 +62,8 @@ inline std::string Written(const std::function<void(clsPDFCreator &)> &ops)
         ops(pdf);
     }
     const std::string all = ReadFile(path);
-    const std::size_t end = all.find("endobj\r\n");
-    return end == std::string::npos ? all : all.substr(end + 8);
+    return all.substr(all.find("endobj\r\n") + 8);
 }
-
-inline void Put16(std::string &s, uint16_t v) { s += char(v & 0xFF), s += char(v >> 8); }
-inline void Put32(std::string &s, uint32_t v) { Put16(s, uint16_t(v & 0xFFFF)), Put16(s, uint16_t(v >> 16)); }
 
 // An uncompressed BMP: a 54-byte header, the palette (4 bytes an entry, blue
 // green red zero) and the rows as given, each already padded by the caller.
@@ -76,17 +71,16 @@ inline std::string MakeBMP(uint16_t bits, int32_t width, int32_t height,
                            const std::vector<uint8_t> &palette, const std::string &rows)
 {
     std::string s = "BM";
-    const uint32_t offset = uint32_t(54 + palette.size());
-    Put32(s, uint32_t(offset + rows.size()));
-    Put32(s, 0);
-    Put32(s, offset);
-    Put32(s, 40);
-    Put32(s, uint32_t(width));
-    Put32(s, uint32_t(height));
-    Put16(s, 1);
-    Put16(s, bits);
-    for (int i = 0; i < 6; ++i)
-        Put32(s, 0);
+    auto put = [&s](uint32_t v, int bytes) {
+        for (int i = 0; i < bytes; ++i)
+            s += char(v >> (8 * i) & 0xFF);
+    };
+    const auto offset = uint32_t(54 + palette.size());
+    for (uint32_t v : {uint32_t(offset + rows.size()), 0u, offset, 40u, uint32_t(width), uint32_t(height)})
+        put(v, 4);
+    put(1, 2);
+    put(bits, 2);
+    s.append(24, '\0');
     s.append(palette.begin(), palette.end());
     return s + rows;
 }
@@ -96,13 +90,12 @@ inline std::string MakeBMP24(int32_t width, int32_t height,
                              const std::function<std::array<uint8_t, 3>(int x, int y)> &pixel)
 {
     std::string rows;
-    const int pad = (4 - width * 3 % 4) % 4;
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
             const auto p = pixel(x, y);
             rows.append(reinterpret_cast<const char *>(p.data()), 3);
         }
-        rows.append(std::size_t(pad), '\xEE');
+        rows.append(std::size_t((4 - width * 3 % 4) % 4), '\xEE');
     }
     return MakeBMP(24, width, height, {}, rows);
 }
@@ -127,43 +120,7 @@ inline ToolResult RunTool(const std::string &command)
     return result;
 }
 
-inline bool HaveTool(const std::string &name)
-{
-    return RunTool("command -v " + name).status == 0;
-}
-
-// Byte offsets of the "n 0 obj" lines, in the order of the file.
-inline std::vector<std::pair<int, std::size_t>> ObjectsInOrder(const std::string &pdf)
-{
-    std::vector<std::pair<int, std::size_t>> objects;
-    for (std::size_t at = pdf.find(" 0 obj\r\n"); at != std::string::npos;
-         at = pdf.find(" 0 obj\r\n", at + 1)) {
-        std::size_t start = at;
-        while (start > 0 && std::isdigit(uint8_t(pdf[start - 1])))
-            --start;
-        if (start == 0 || pdf[start - 1] == '\n')
-            objects.emplace_back(std::stoi(pdf.substr(start, at - start)), start);
-    }
-    return objects;
-}
-
-// The offsets the xref table gives, index = object number (0 the free entry).
-inline std::vector<std::size_t> XrefOffsets(const std::string &pdf)
-{
-    const std::size_t xref = pdf.rfind("\r\nxref\r\n");
-    std::istringstream in(pdf.substr(xref + 8));
-    std::string first;
-    int count = 0;
-    in >> first >> count;
-    std::vector<std::size_t> offsets;
-    for (int i = 0; i < count; ++i) {
-        std::size_t offset;
-        std::string generation, kind;
-        in >> offset >> generation >> kind;
-        offsets.push_back(offset);
-    }
-    return offsets;
-}
+inline bool HaveTool(const std::string &name) { return RunTool("command -v " + name).status == 0; }
 
 // qpdf --check must find no error. It warns about what this format does on
 // purpose, and about nothing else:
