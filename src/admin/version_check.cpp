@@ -31,11 +31,15 @@ QUrl DownloadPageUrl(const QString &host)
 
 qint64 VersionNumber(const QString &text)
 {
-    QString digits = text.trimmed();
+    QString digits = text;
     digits.remove(QLatin1Char('.'));
-    bool ok = false;
-    const qint64 value = digits.toLongLong(&ok);
-    return ok ? value : 0;
+    // The number the text begins with: "2.4.2 (oprava)" is 242; blanks before it do not count.
+    digits = digits.trimmed();
+    qsizetype end = 0;
+    // 18 digits at most: more would not fit the number.
+    while (end < digits.size() && end < 18 && digits.at(end) >= QLatin1Char('0') && digits.at(end) <= QLatin1Char('9'))
+        ++end;
+    return digits.left(end).toLongLong();
 }
 
 bool IsNewerVersion(const QString &fetched, const QString &own)

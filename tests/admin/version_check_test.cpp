@@ -56,6 +56,10 @@ TEST(VersionCheck, VersionTextRules)
     EXPECT_EQ(VersionNumber(" 2.4.1\r\n"), 241);
     EXPECT_EQ(VersionNumber(""), 0);
     EXPECT_EQ(VersionNumber("<html>"), 0);
+    // The number the text begins with: a note behind the version does not hide it.
+    EXPECT_EQ(VersionNumber("2.4.2 (oprava tisku)\n"), 242);
+    EXPECT_TRUE(IsNewerVersion("9.9.9\n<!-- web -->", "2.1.9"));
+    EXPECT_EQ(VersionNumber("99999999999999999999999"), 999999999999999999);
     // Not compared by parts: 2.0.100 counts as newer than 2.1.9.
     EXPECT_TRUE(IsNewerVersion("2.0.100", "2.1.9"));
     EXPECT_FALSE(IsNewerVersion("2.1.9", "2.1.9"));
