@@ -65,7 +65,7 @@ frmLogin::frmLogin(QWidget *parent)
     connect(Command2, &QPushButton::clicked, this, [this] {
         // Ends the program, also at a re-login from the running program.
         EndProcess(0);
-        reject();
+        done(Rejected);
     });
 }
 
@@ -109,7 +109,7 @@ void frmLogin::login()
         txtLogin->setFocus();
         break;
     case LoginResult::Failed:
-        reject();   // the process has been ended
+        done(Rejected);   // the process has been ended
         break;
     }
 }

@@ -13,6 +13,10 @@ public:
 
     bool LoginSucceeded = false;
 
+    // Escape and the window's close button do nothing: the screen is left by a
+    // login or by "Zavřít", never into a program with nobody logged in.
+    void reject() override {}
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void showEvent(QShowEvent *event) override;

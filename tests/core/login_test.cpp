@@ -140,7 +140,7 @@ TEST(frmLogin, WrongPasswordKeepsTheDialogAndRightOneCloses)
     EXPECT_EQ(Session().UserTyp, 2);
 }
 
-TEST(frmLogin, CloseEndsTheProgramAndLeavingTheLoginFieldKeepsItsText)
+TEST(frmLogin, OnlyZavritLeavesWithoutLoginAndItEndsTheProgram)
 {
     FreshDatabases();
     frmLogin dialog;
@@ -153,8 +153,14 @@ TEST(frmLogin, CloseEndsTheProgramAndLeavingTheLoginFieldKeepsItsText)
     password->setFocus();
     EXPECT_EQ(Session().LoginText, "dvorakova");
 
+    // Escape and the close button do not lead past the login.
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+    dialog.close();
+    EXPECT_TRUE(dialog.isVisible());
+
     ProcessEndRecorder end;
     QTest::mouseClick(dialog.findChild<QPushButton *>("Command2"), Qt::LeftButton);
     EXPECT_TRUE(end.ended);
     EXPECT_FALSE(dialog.LoginSucceeded);
+    EXPECT_FALSE(dialog.isVisible());
 }
