@@ -1,5 +1,6 @@
 #include "app/commands.h"
 #include "app/frmMDIMain.h"
+#include "app/frmZast.h"
 #include "app/screens.h"
 #include "app/startup.h"
 #include "core/msg.h"
@@ -9,6 +10,8 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDate>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -268,6 +271,19 @@ TEST(MainWindow, OwnCommandsAndTheEnd)
     window.show();
     action(window, "END")->trigger();
     EXPECT_TRUE(end.ended);
+}
+
+TEST(Startup, SplashShowsVersionAndCopyrightAndClosesItself)
+{
+    FreshDatabases(false);
+    frmZast splash;
+    const QString year = QString::number(QDate::currentDate().year());
+    EXPECT_EQ(Child<QLabel>(&splash, "lblVersion")->text(), "verze " + ProgramVersion());
+    EXPECT_EQ(Child<QLabel>(&splash, "lblCopyright")->text(), "© Copyright " + year + ". All rights reserved");
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_EQ(splash.exec(), QDialog::Accepted);
+    EXPECT_LT(clock.elapsed(), 10000);
 }
 
 TEST(Startup, SecondInstanceIsRefused)
