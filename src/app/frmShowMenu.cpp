@@ -1,6 +1,7 @@
 #include "app/frmShowMenu.h"
 
 #include "core/msg.h"
+#include "core/text.h"
 
 #include <QAction>
 #include <QMenu>
@@ -27,16 +28,19 @@ frmShowMenu::frmShowMenu(QWidget *mainWindow)
     icon->setToolTip(QStringLiteral("Program Fondarix"));
     icon->setContextMenu(menu);
     connect(icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason != QSystemTrayIcon::Trigger)
-            return;
-        // A click on the icon brings a minimised main window back to the front.
-        if (this->mainWindow->isMinimized())
-            this->mainWindow->showNormal();
-        this->mainWindow->show();
-        this->mainWindow->raise();
-        this->mainWindow->activateWindow();
+        if (reason == QSystemTrayIcon::Trigger)
+            ShowMainWindow();
     });
     icon->show();
+}
+
+void frmShowMenu::ShowMainWindow()
+{
+    if (mainWindow->isMinimized())
+        mainWindow->showNormal();
+    mainWindow->show();
+    SetTopMost(mainWindow, true);
+    mainWindow->activateWindow();
 }
 
 frmShowMenu::~frmShowMenu() { delete menu; }

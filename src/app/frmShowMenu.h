@@ -16,6 +16,9 @@ public:
 
     // Takes the icon away (at the end of the program).
     void Remove();
+    // A left click on the icon: the main window back from the task bar, shown and
+    // kept on top of the other programs' windows.
+    void ShowMainWindow();
 
 private:
     QWidget *mainWindow;

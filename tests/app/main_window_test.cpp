@@ -1,5 +1,6 @@
 #include "app/commands.h"
 #include "app/frmMDIMain.h"
+#include "app/frmShowMenu.h"
 #include "app/frmZast.h"
 #include "app/screens.h"
 #include "app/startup.h"
@@ -271,6 +272,20 @@ TEST(MainWindow, OwnCommandsAndTheEnd)
     window.show();
     action(window, "END")->trigger();
     EXPECT_TRUE(end.ended);
+}
+
+TEST(MainWindow, TrayClickBringsTheMinimisedWindowBackOnTop)
+{
+    freshStart();
+    LoginAs(2);
+    frmMDIMain window;
+    window.showMinimized();
+    auto *tray = window.findChild<frmShowMenu *>();
+    ASSERT_NE(tray, nullptr);
+    tray->ShowMainWindow();
+    EXPECT_FALSE(window.isMinimized());
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_TRUE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
 }
 
 TEST(Startup, SplashShowsVersionAndCopyrightAndClosesItself)
