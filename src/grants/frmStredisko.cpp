@@ -118,6 +118,7 @@ void frmStredisko::load()
     for (const GrantBudget &g : m_grants)
         m_castka1.insert(g.grant, g.castka1);
     m_model->reset([&] { m_rows.swap(rows); });
+    m_planSums = PlanSumsByGrant(m_rows);
     showTotals();
     if (!m_rows.isEmpty())
         DataGrid1->selectRow(0);
@@ -186,7 +187,9 @@ void frmStredisko::cmdDelete_Click()
 
 void frmStredisko::cmdCompare_Click()
 {
-    const QString text = CompareText(m_grants, PlanSumsByGrant(m_rows));
+    // The comparison is of the state the screen was opened with: later edits and deletes
+    // here show in the totals, not in it.
+    const QString text = CompareText(m_grants, m_planSums);
     if (!text.isEmpty())
         MsgBox(text, MsgInformation);
 }

@@ -33,6 +33,7 @@ private:
     QVector<GroupRow> m_rows;
     QVector<GrantBudget> m_grants;
     QMap<QString, QString> m_castka1;   // grant -> Castka1
+    QMap<QString, double> m_planSums;   // grant -> sum of Castka_plan as read by load(), for cmdCompare
 
     RowsModel *m_model;
     QTableView *DataGrid1;
