@@ -5,7 +5,8 @@
 #include <string>
 
 namespace {
-bool isBlank(char16_t c) { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r'; }
+// Blanks, tabs and line feeds; a carriage return ends the number like any other character.
+bool isBlank(char16_t c) { return c == u' ' || c == u'\t' || c == u'\n'; }
 bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 
 // The characters of the number, blanks left out; small numbers stay on the stack.

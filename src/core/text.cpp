@@ -244,8 +244,11 @@ short CountSep(const QString &text, const QString &separator)
         for (qsizetype at = text.indexOf(separator); at >= 0; at = text.indexOf(separator, at + separator.size()))
             ++count;
     } else {
+        // The "$" left behind may end a new match that begins before it: the next search
+        // starts as far back as such a match can.
         QString work = text;
-        for (qsizetype at = work.indexOf(separator); at >= 0; at = work.indexOf(separator, at)) {
+        for (qsizetype at = work.indexOf(separator); at >= 0;
+             at = work.indexOf(separator, std::max<qsizetype>(0, at - separator.size() + 1))) {
             work.replace(at, separator.size(), QLatin1Char('$'));
             ++count;
         }
@@ -255,7 +258,8 @@ short CountSep(const QString &text, const QString &separator)
 
 bool IsNumberText(QString &text)
 {
-    if (text.trimmed().isEmpty())
+    // Blank means nothing but blanks: a lone character 160 or a tab is not blank.
+    if (std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c == QLatin1Char(' '); }))
         return false;
     text.replace(QLatin1Char(' '), QChar(0xA0));
     text.remove(QLatin1Char('-'));
@@ -297,15 +301,17 @@ QString sqlText(const QString &value)
     return v;
 }
 
+// One term for each of the separators' count plus one fields, as GetField gives them; the
+// text is cut once, so that a list of any length (even beyond a 16-bit count) takes one pass.
 template <typename Term>
 QString joinGrantTerms(const QString &filter, Term term)
 {
-    const short n = CountSep(filter, QStringLiteral(","));
+    const QStringList fields = filter.split(QLatin1Char(','));
     QString sql;
-    for (short i = 0; i <= n; ++i) {
+    for (qsizetype i = 0; i < fields.size(); ++i) {
         if (i > 0)
             sql += QLatin1String(" or ");
-        sql += term(sqlText(GetField(filter, i, ',')));
+        sql += term(sqlText(fields[i]));
     }
     return sql;
 }
@@ -321,7 +327,7 @@ QString BuildGrantLike(const QString &filter)
 
 QString BuildGrantArchiv(const QString &filter)
 {
-    if (CountSep(filter, QStringLiteral(",")) == 0)
+    if (!filter.contains(QLatin1Char(',')))
         return QString();
     return joinGrantTerms(filter, [](const QString &grant) {
         return QLatin1String("(_GRANT = '") + grant + QLatin1String("' AND archiv<>'1')");

@@ -189,6 +189,7 @@ TEST(CountSep, CountsEachSeparatorOnce)
     EXPECT_EQ(CountSep("abc", ""), 0);
     // Each find leaves a "$" behind, which may join the next one.
     EXPECT_EQ(CountSep("$$$$", "$$"), 3);
+    EXPECT_EQ(CountSep("xx$", "x$"), 2);   // the "$" left by the first find ends the second
     EXPECT_EQ(CountSep(QString(40000, ','), ","), SHRT_MAX);
 }
 
@@ -212,6 +213,12 @@ TEST(IsNumberText, PlainNumbersAndWhatItWritesBack)
         EXPECT_FALSE(IsNumberText(t));
         EXPECT_EQ(t, QString::fromLatin1(blank)) << "blank text is not touched";
     }
+    // Only blanks make a text blank: character 160 alone passes, a tab does not.
+    t = QString(QChar(0xA0));
+    EXPECT_TRUE(IsNumberText(t));
+    t = " \t ";
+    EXPECT_FALSE(IsNumberText(t));
+    EXPECT_EQ(t, QString(QChar(0xA0)) + "\t" + QChar(0xA0));
     t = "١٢";   // digits of another script are not digits here
     EXPECT_FALSE(IsNumberText(t));
 }
@@ -243,6 +250,15 @@ TEST(GrantFilter, ArchivTermsNeedAComma)
     EXPECT_EQ(BuildGrantArchiv("12,34"),
               "(_GRANT = '12' AND archiv<>'1') or (_GRANT = '34' AND archiv<>'1')");
     EXPECT_EQ(BuildGrantArchiv("12,"), "(_GRANT = '12' AND archiv<>'1') or (_GRANT = '' AND archiv<>'1')");
+}
+
+TEST(GrantFilter, HugeListOfOnlyCommasGivesATermForEachField)
+{
+    // More commas than a 16-bit count holds: one term per field, and no endless loop.
+    const QString commas(40000, QLatin1Char(','));
+    EXPECT_EQ(BuildGrantLike(commas).count(" or "), 40000);
+    EXPECT_EQ(BuildGrantArchiv(commas).count("AND archiv<>'1')"), 40001);
+    EXPECT_EQ(BuildGrantLike("Ωμέγα,Москва"), "_GRANT like 'Ωμέγα%' or _GRANT like 'Москва%'");
 }
 
 TEST(GrantFilter, TermsSelectOnTheServer)
@@ -504,6 +520,10 @@ TEST(ScanNumber, ReadsLikeTheProgramsNumberRule)
     EXPECT_DOUBLE_EQ(ScanNumber(u"2.5E3x"), 2500.0);
     EXPECT_DOUBLE_EQ(ScanNumber(u"2.5E"), 2.5);
     EXPECT_DOUBLE_EQ(ScanNumber(u"\t\n 42"), 42.0);
+    // Blanks, tabs and line feeds are skipped; a carriage return ends the number.
+    EXPECT_DOUBLE_EQ(ScanNumber(u"1\t2\n3"), 123.0);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"12\r3"), 12.0);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"\r5"), 0.0);
     EXPECT_DOUBLE_EQ(ScanNumber(u"abc"), 0.0);
     EXPECT_DOUBLE_EQ(ScanNumber(u"-"), 0.0);
     EXPECT_DOUBLE_EQ(ScanNumber(u""), 0.0);
