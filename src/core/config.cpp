@@ -39,9 +39,26 @@ QString IniFilePath()
     return Session().IniPath;
 }
 
+namespace {
+// Blanks only, as the platform's trim: a tab or a line break stays for the clip to find.
+QString trimBlanks(const QString &text)
+{
+    qsizetype first = 0;
+    qsizetype last = text.size();
+    while (first < last && text.at(first) == QLatin1Char(' '))
+        ++first;
+    while (last > first && text.at(last - 1) == QLatin1Char(' '))
+        --last;
+    return text.mid(first, last - first);
+}
+
+// What every getter returns: the clipped value, trimmed once more ("3307 <tab>x" is "3307").
+QString clipped(const QString &value) { return trimBlanks(ClipIniValue(value)); }
+} // namespace
+
 QString ClipIniValue(const QString &value)
 {
-    const QString t = value.trimmed();
+    const QString t = trimBlanks(value);
     qsizetype end = 0;
     while (end < t.size() && t.at(end).unicode() >= 31)
         ++end;
@@ -176,7 +193,7 @@ void DeleteSetting(const QString &section, const QString &key)
 namespace {
 QString fileOnly(const char *section, const char *key, int width, const QString &def)
 {
-    return ClipIniValue(ReadProfileString(QLatin1String(section), QLatin1String(key), def, width));
+    return clipped(ReadProfileString(QLatin1String(section), QLatin1String(key), def, width));
 }
 
 // The store hides the file for ever once it holds a value.
@@ -184,7 +201,7 @@ QString storeFirst(const char *section, const char *key, int width, const QStrin
 {
     const QString stored = GetSetting(QLatin1String(section), QLatin1String(key));
     if (!stored.isEmpty())
-        return ClipIniValue(stored);
+        return clipped(stored);
     return fileOnly(section, key, width, def);
 }
 
@@ -204,9 +221,9 @@ QString GetServerPort() { return fileOnly("NASTAVENI", "SERVER_PORT", 10, QStrin
 
 QString GetDirExe()
 {
-    QString dir = ClipIniValue(GetSetting(QStringLiteral("NASTAVENI"), QStringLiteral("Dir k EXE")));
+    QString dir = clipped(GetSetting(QStringLiteral("NASTAVENI"), QStringLiteral("Dir k EXE")));
     if (dir.isEmpty())
-        dir = ClipIniValue(QCoreApplication::applicationDirPath());
+        dir = clipped(QCoreApplication::applicationDirPath());
     if (dir.endsWith(QLatin1Char('/')) || dir.endsWith(QLatin1Char('\\')))
         dir.chop(1);
     return dir;
@@ -216,7 +233,7 @@ QString GetLastDir()
 {
     const QString stored = GetSetting(QStringLiteral("NASTAVENI"), QStringLiteral("Last Dir"));
     if (!stored.isEmpty())
-        return ClipIniValue(stored);
+        return clipped(stored);
     QString v = fileOnly("NASTAVENI", "Last Dir", 50, QStringLiteral("Hodnota nenalezena"));
     if (v.endsWith(QLatin1Char('\\')) || v.endsWith(QLatin1Char('/')))
         v.chop(1);
@@ -236,7 +253,7 @@ QString GetZadankySave()
     QDir().mkpath(computed);
     const QString stored = GetSetting(QStringLiteral("NASTAVENI"), QStringLiteral("ZADANKY_SAVE"));
     if (!stored.isEmpty())
-        return ClipIniValue(stored);
+        return clipped(stored);
     // The file is asked in section "Fondarix" under key "NASTAVENI": a hand-written
     // "ZADANKY_SAVE" key in the file is not found, and that stays so.
     return fileOnly("Fondarix", "NASTAVENI", 80, computed);
@@ -281,12 +298,12 @@ const QStringList &PoziceTab2Keys()
 
 QString GetPoziceTab(const QString &key)
 {
-    return ClipIniValue(ReadProfileString(QLatin1String(SectionPoziceTab), key, QString(), 50));
+    return clipped(ReadProfileString(QLatin1String(SectionPoziceTab), key, QString(), 50));
 }
 
 QString GetPoziceTab2(const QString &key)
 {
-    return ClipIniValue(ReadProfileString(QLatin1String(SectionPoziceTab2), key, QString(), 50));
+    return clipped(ReadProfileString(QLatin1String(SectionPoziceTab2), key, QString(), 50));
 }
 
 bool SetPoziceTab(const QString &key, const QString &value)

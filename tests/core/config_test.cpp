@@ -22,6 +22,22 @@ TEST(ClipIniValue, TrimsAndCutsAtFirstControlCharacter)
     EXPECT_EQ(ClipIniValue(QString("abc") + QChar(0) + "   "), "abc");
     EXPECT_EQ(ClipIniValue(QString("a") + QChar(30) + "b"), "a");
     EXPECT_EQ(ClipIniValue(""), "");
+    // Only blanks are trimmed: a leading tab ends the value at once.
+    EXPECT_EQ(ClipIniValue("\tabc"), "");
+    EXPECT_EQ(ClipIniValue("abc \tdef"), "abc ");
+}
+
+TEST(ClipIniValue, GettersTrimWhatTheClipLeaves)
+{
+    FreshDatabases(false);
+    WriteIni("[NASTAVENI]\r\nSERVER_PORT=3307 \tkomentář\r\n");
+    EXPECT_EQ(GetServerPort(), "3307");
+    SaveSetting("FORMULAR", "EMAIL", " store@ukv.cz \tstarý");
+    EXPECT_EQ(GetEmail(), "store@ukv.cz");
+    // A stored value that clips to nothing still hides the file.
+    WriteIni("[FORMULAR]\r\nLINKA=123\r\n");
+    SaveSetting("FORMULAR", "LINKA", "\t456");
+    EXPECT_EQ(GetLinka(), "");
 }
 
 TEST(ProfileFile, SectionsAndKeysWithoutRegardToCaseAndWidthCutsValue)
