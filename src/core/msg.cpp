@@ -1,5 +1,7 @@
 #include "core/msg.h"
 
+#include "core/db.h"
+
 #include <QApplication>
 #include <QGuiApplication>
 #include <QInputDialog>
@@ -120,6 +122,10 @@ void SetEndProcessHandler(std::function<void(int)> handler) { g_endHandler = std
 
 void FatalConnectionError()
 {
+    // Without the account nothing can connect: the file to put right is named first.
+    QString accountError;
+    if (!ReadOptionFile(OptionFilePath(), &accountError))
+        MsgBox(accountError, MsgCritical);
     MsgBox(QString::fromUtf8(TextNotConnected) + QLatin1Char('\n') + QString::fromUtf8(TextWillEnd), MsgCritical);
     EndProcess(1);
 }

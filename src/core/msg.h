@@ -53,6 +53,7 @@ void EndProcess(int code = 0);
 void SetEndProcessHandler(std::function<void(int)> handler);   // empty: std::exit
 
 // The fatal path of a failed connection: the two texts in one critical box, then the end.
+// When the database account cannot be read, a critical box naming the option file comes first.
 extern const char *const TextNotConnected;
 extern const char *const TextWillEnd;
 void FatalConnectionError();

@@ -76,6 +76,29 @@ TEST(Connection, ServerDownIsFatalWithoutHanging)
     EXPECT_TRUE(end.ended);
 }
 
+TEST(Connection, OptionFileWithoutGroupIsNamedBeforeTheFatalMessage)
+{
+    FreshDatabases(false);
+    const QByteArray saved = qgetenv("FONDARIX_MYCNF");
+    const QString path = Session().TempDir + "/bez-skupiny.cnf";
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write("[client]\nuser=fondarix\n");
+    f.close();
+    qputenv("FONDARIX_MYCNF", path.toLocal8Bit());
+    ScriptedMessages messages;
+    ProcessEndRecorder end;
+    DbConnection conn(ConnStrSys());
+    EXPECT_FALSE(OpenOrFatal(conn));
+    qputenv("FONDARIX_MYCNF", saved);
+    ASSERT_EQ(messages.shown.size(), 2u);
+    EXPECT_EQ(messages.shown[0].style, MsgCritical);
+    EXPECT_TRUE(messages.shown[0].text.contains(path));
+    EXPECT_TRUE(messages.shown[0].text.contains("[fondarix]"));
+    EXPECT_TRUE(messages.shown[1].text.startsWith(QString::fromUtf8(TextNotConnected)));
+    EXPECT_TRUE(end.ended);
+}
+
 TEST(Connection, CreatesDatabasesOfEveryCentreWithDemo)
 {
     FreshDatabases(true);
