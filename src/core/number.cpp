@@ -91,12 +91,21 @@ double RoundHalfEven(double value, int places)
     if (std::fabs(scaled) >= 4.5e15)
         return value;   // beyond the places a double can tell apart
     // A product that lies within a hair of .5 counts as a tie, so that 0.125 * 100 and
-    // 2.675 * 100 = 267.49999... are both ties, as their decimal texts are.
+    // 2.675 * 100 = 267.49999... are both ties, as their decimal texts are. The text of a
+    // number has fifteen significant digits: where the digit after the places is one of
+    // them, the hair is half a unit of the fifteenth digit, so that 290766.915 is a tie as
+    // well as 0.915, although its product lies further from .5 than 1e-9.
     const double floorPart = std::floor(scaled);
     const double diff = scaled - floorPart;
-    constexpr double eps = 1e-9;
+    const double off = std::fabs(diff - 0.5);
+    double eps = 1e-9;
+    if (off < 0.05 && off >= eps && value != 0.0 && places >= 0) {
+        const double exponent = std::floor(std::log10(std::fabs(value)));
+        if (exponent <= 13 - places)
+            eps = std::max(eps, 0.5 * std::pow(10.0, exponent - 14) * scale);
+    }
     double result;
-    if (std::fabs(diff - 0.5) < eps)
+    if (off < eps)
         result = std::fmod(floorPart, 2.0) == 0.0 ? floorPart : floorPart + 1.0;
     else
         result = std::round(scaled);

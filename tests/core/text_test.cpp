@@ -88,6 +88,11 @@ TEST(FormatCastka, HalfHellersRoundToEven)
     EXPECT_EQ(amount("0,375"), "0,38");
     EXPECT_EQ(amount("-0,125").remove(' '), "-0,12");
     EXPECT_EQ(amount("999,995"), "1 000,00");
+    // Large amounts too: their products lie further from .5 than those of small ones.
+    EXPECT_EQ(amount("290766,915"), "290 766,92");
+    EXPECT_EQ(amount("-335061,465").remove(' '), "-335061,46");
+    EXPECT_EQ(amount("289794066371,475"), "289 794 066 371,48");
+    EXPECT_EQ(amount("290766,9149"), "290 766,91");
 }
 
 TEST(FormatCastka, SignStandsAheadOfThePadding)
@@ -541,4 +546,8 @@ TEST(RoundHalfEven, TiesGoToTheEvenDigit)
     EXPECT_DOUBLE_EQ(RoundHalfEven(-2.5, 0), -2.0);
     EXPECT_DOUBLE_EQ(RoundHalfEven(1.26, 1), 1.3);
     EXPECT_DOUBLE_EQ(RoundHalfEven(2.675, 2), 2.68);
+    EXPECT_DOUBLE_EQ(RoundHalfEven(290766.915, 2), 290766.92);
+    EXPECT_DOUBLE_EQ(RoundHalfEven(650264669.325, 2), 650264669.32);
+    EXPECT_DOUBLE_EQ(RoundHalfEven(650264669.3251, 2), 650264669.33);
+    EXPECT_DOUBLE_EQ(RoundHalfEven(1234567.85, 1), 1234567.8);
 }
