@@ -356,6 +356,289 @@ void FillCollection(const QSqlQueryModel &model, QStringList &list, const QStrin
         list.append(model.data(model.index(row, column)).toString());
 }
 
+// --- record-set filters ----------------------------------------------------------------
+
+namespace {
+struct FilterToken {
+    enum Kind { Open, Close, Name, Op, And, Or, Text, Number, Null, Bad } kind;
+    QString text;
+};
+
+bool isAsciiDigit(QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); }
+bool isNameChar(QChar c) { return c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('.'); }
+
+QVector<FilterToken> filterTokens(const QString &text)
+{
+    QVector<FilterToken> tokens;
+    const qsizetype n = text.size();
+    qsizetype i = 0;
+    while (i < n) {
+        const QChar c = text.at(i);
+        if (c.isSpace()) {
+            ++i;
+        } else if (c == QLatin1Char('(') || c == QLatin1Char(')')) {
+            tokens.append({c == QLatin1Char('(') ? FilterToken::Open : FilterToken::Close, QString(c)});
+            ++i;
+        } else if (c == QLatin1Char('\'') || c == QLatin1Char('#')) {
+            // Text up to the closing mark; a doubled quote inside is one quote.
+            QString value;
+            qsizetype j = i + 1;
+            bool closed = false;
+            while (j < n) {
+                if (text.at(j) == c) {
+                    if (c == QLatin1Char('\'') && j + 1 < n && text.at(j + 1) == c) {
+                        value += c;
+                        j += 2;
+                        continue;
+                    }
+                    closed = true;
+                    ++j;
+                    break;
+                }
+                value += text.at(j++);
+            }
+            tokens.append({closed ? FilterToken::Text : FilterToken::Bad, value});
+            i = j;
+        } else if (c == QLatin1Char('[') || c == QLatin1Char('`')) {
+            const QChar end = c == QLatin1Char('[') ? QLatin1Char(']') : QLatin1Char('`');
+            const qsizetype j = text.indexOf(end, i + 1);
+            if (j < 0) {
+                tokens.append({FilterToken::Bad, QString()});
+                break;
+            }
+            tokens.append({FilterToken::Name, text.mid(i + 1, j - i - 1)});
+            i = j + 1;
+        } else if (c == QLatin1Char('=') || c == QLatin1Char('<') || c == QLatin1Char('>')) {
+            QString op(c);
+            if (i + 1 < n && c != QLatin1Char('=') &&
+                (text.at(i + 1) == QLatin1Char('=') || (c == QLatin1Char('<') && text.at(i + 1) == QLatin1Char('>'))))
+                op += text.at(++i);
+            tokens.append({FilterToken::Op, op});
+            ++i;
+        } else if (isAsciiDigit(c) || ((c == QLatin1Char('-') || c == QLatin1Char('.')) && i + 1 < n && isAsciiDigit(text.at(i + 1)))) {
+            qsizetype j = i + 1;
+            while (j < n && (isAsciiDigit(text.at(j)) || text.at(j) == QLatin1Char('.')))
+                ++j;
+            tokens.append({FilterToken::Number, text.mid(i, j - i)});
+            i = j;
+        } else if (isNameChar(c)) {
+            qsizetype j = i;
+            while (j < n && isNameChar(text.at(j)))
+                ++j;
+            const QString word = text.mid(i, j - i);
+            if (word.compare(QLatin1String("AND"), Qt::CaseInsensitive) == 0)
+                tokens.append({FilterToken::And, word});
+            else if (word.compare(QLatin1String("OR"), Qt::CaseInsensitive) == 0)
+                tokens.append({FilterToken::Or, word});
+            else if (word.compare(QLatin1String("LIKE"), Qt::CaseInsensitive) == 0)
+                tokens.append({FilterToken::Op, QStringLiteral("LIKE")});
+            else if (word.compare(QLatin1String("NULL"), Qt::CaseInsensitive) == 0)
+                tokens.append({FilterToken::Null, word});
+            else
+                tokens.append({FilterToken::Name, word});
+            i = j;
+        } else {
+            tokens.append({FilterToken::Bad, QString(c)});
+            ++i;
+        }
+    }
+    return tokens;
+}
+
+// "*" and "%" stand for any text; the rest compares without regard to case.
+bool likeMatch(QStringView text, QStringView pattern)
+{
+    qsizetype t = 0, p = 0, starP = -1, starT = 0;
+    while (t < text.size()) {
+        if (p < pattern.size() && (pattern[p] == u'*' || pattern[p] == u'%')) {
+            starP = p++;
+            starT = t;
+        } else if (p < pattern.size() && QStringView(pattern).mid(p, 1).compare(text.mid(t, 1), Qt::CaseInsensitive) == 0) {
+            ++p;
+            ++t;
+        } else if (starP >= 0) {
+            p = starP + 1;
+            t = ++starT;
+        } else {
+            return false;
+        }
+    }
+    while (p < pattern.size() && (pattern[p] == u'*' || pattern[p] == u'%'))
+        ++p;
+    return p == pattern.size();
+}
+
+int filterColumn(const QAbstractItemModel &model, const QString &name)
+{
+    if (const auto *query = qobject_cast<const QSqlQueryModel *>(&model)) {
+        const int at = query->record().indexOf(name);
+        if (at >= 0)
+            return at;
+    }
+    for (int c = 0; c < model.columnCount(); ++c)
+        if (model.headerData(c, Qt::Horizontal).toString().trimmed().compare(name, Qt::CaseInsensitive) == 0)
+            return c;
+    return -1;
+}
+} // namespace
+
+RecordFilter::RecordFilter(const QString &text)
+{
+    const QVector<FilterToken> tokens = filterTokens(text);
+    if (tokens.isEmpty())
+        return;
+    // item := "(" group ")" | column op value; group := item { (AND | OR) item }
+    struct Parser {
+        const QVector<FilterToken> &tokens;
+        QVector<Node> &nodes;
+        qsizetype at = 0;
+        bool ok = true;
+
+        FilterToken::Kind peek() const { return at < tokens.size() ? tokens[at].kind : FilterToken::Bad; }
+        int item(int depth)
+        {
+            if (depth > 100) {   // nesting beyond any real filter
+                ok = false;
+                return -1;
+            }
+            if (peek() == FilterToken::Open) {
+                ++at;
+                const int inner = group(depth + 1);
+                if (!ok || peek() != FilterToken::Close) {
+                    ok = false;
+                    return -1;
+                }
+                ++at;
+                return inner;
+            }
+            if (at + 3 > tokens.size()) {
+                ok = false;
+                return -1;
+            }
+            const FilterToken &name = tokens[at];
+            const FilterToken &op = tokens[at + 1];
+            const FilterToken &value = tokens[at + 2];
+            if (name.kind != FilterToken::Name || op.kind != FilterToken::Op ||
+                !(value.kind == FilterToken::Text || value.kind == FilterToken::Number || value.kind == FilterToken::Null) ||
+                (value.kind == FilterToken::Null && op.text != QLatin1String("=") && op.text != QLatin1String("<>"))) {
+                ok = false;
+                return -1;
+            }
+            at += 3;
+            Node clause;
+            clause.column = name.text;
+            clause.op = op.text;
+            if (value.kind == FilterToken::Number)
+                clause.value = value.text.toDouble();
+            else if (value.kind == FilterToken::Text)
+                clause.value = value.text;
+            nodes.append(clause);
+            return int(nodes.size() - 1);
+        }
+        int group(int depth)
+        {
+            Node g;
+            g.group = true;
+            g.items.append(item(depth));
+            g.orBefore.append(false);
+            while (ok && (peek() == FilterToken::And || peek() == FilterToken::Or)) {
+                const bool isOr = peek() == FilterToken::Or;
+                ++at;
+                g.items.append(item(depth));
+                g.orBefore.append(isOr);
+            }
+            nodes.append(g);
+            return int(nodes.size() - 1);
+        }
+    };
+    Parser parser{tokens, m_nodes};
+    parser.group(0);
+    m_valid = parser.ok && parser.at == tokens.size();
+}
+
+bool RecordFilter::evaluate(int node, const QAbstractItemModel &model, int row) const
+{
+    const Node &n = m_nodes[node];
+    if (n.group) {
+        // Left to right: neither AND nor OR comes first.
+        bool result = evaluate(n.items[0], model, row);
+        for (qsizetype i = 1; i < n.items.size(); ++i) {
+            const bool next = evaluate(n.items[i], model, row);
+            result = n.orBefore[i] ? (result || next) : (result && next);
+        }
+        return result;
+    }
+    const int column = filterColumn(model, n.column);
+    if (column < 0)
+        return false;
+    const QVariant cell = model.data(model.index(row, column));
+    if (n.value.isNull() || cell.isNull()) {
+        const bool bothNull = n.value.isNull() && cell.isNull();
+        if (!n.value.isNull())
+            return false;   // NULL compares with nothing but NULL
+        return n.op == QLatin1String("=") ? bothNull : !bothNull;
+    }
+    const QString text = cell.toString();
+    if (n.op == QLatin1String("LIKE"))
+        return likeMatch(text, n.value.toString());
+    int order = 0;
+    bool numeric = false;
+    if (n.value.typeId() == QMetaType::Double) {
+        const double left = text.trimmed().toDouble(&numeric);
+        const double right = n.value.toDouble();
+        order = left < right ? -1 : (left > right ? 1 : 0);
+    }
+    if (!numeric)
+        order = text.compare(n.value.toString(), Qt::CaseInsensitive);
+    if (n.op == QLatin1String("="))
+        return order == 0;
+    if (n.op == QLatin1String("<>"))
+        return order != 0;
+    if (n.op == QLatin1String("<"))
+        return order < 0;
+    if (n.op == QLatin1String(">"))
+        return order > 0;
+    if (n.op == QLatin1String("<="))
+        return order <= 0;
+    return order >= 0;
+}
+
+bool RecordFilter::matches(const QAbstractItemModel &model, int row) const
+{
+    if (!m_valid)
+        return false;
+    if (m_nodes.isEmpty())
+        return true;
+    return evaluate(int(m_nodes.size() - 1), model, row);
+}
+
+void RecordSet::setRecordFilter(const QString &filter)
+{
+    m_text = filter;
+    m_filter = RecordFilter(filter);
+    invalidateFilter();
+    m_current = rowCount() > 0 ? 0 : -1;
+}
+
+bool RecordSet::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
+{
+    return !sourceParent.isValid() && sourceModel() && m_filter.matches(*sourceModel(), sourceRow);
+}
+
+bool RecordFind(RecordSet &control, const QString &filter)
+{
+    if (!control.sourceModel() || control.rowCount() == 0)
+        return false;
+    control.setCurrentRow(0);
+    control.setRecordFilter(filter);
+    if (control.rowCount() > 0) {
+        control.setCurrentRow(0);
+        return true;
+    }
+    control.setCurrentRow(-1);   // past the end
+    return false;
+}
+
 bool KeyInCollection(const QMap<QString, QString> &collection, const QString &key)
 {
     // Keys of a collection do not depend on case.

@@ -3,8 +3,10 @@
 // lists, and small window helpers.
 
 #include <QMap>
+#include <QSortFilterProxyModel>
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 #include <QVector>
 
 class QSqlQueryModel;
@@ -35,6 +37,60 @@ QString BuildGrantArchiv(const QString &filter);
 bool ListHasValue(const QString &value, const QStringList &list, bool silent = false);
 // Appends a column's values, as text, from every row of the model.
 void FillCollection(const QSqlQueryModel &model, QStringList &list, const QString &field);
+
+// A record-set filter as the grids' searches write it: clauses "column op value" with the
+// operators =, <>, <, >, <=, >= and LIKE, joined by AND and OR from left to right (neither
+// comes first) and grouped in parentheses. Values are text in '' (a doubled quote is one),
+// #...#, numbers, or NULL: "archiv = null" keeps the rows whose column is NULL. Text compares
+// without regard to case; "*" and "%" in a LIKE value stand for any text. Columns are named
+// as in the query (or by the grid's heading), in [] or `` when they hold blanks.
+// An empty filter keeps every row; a filter that cannot be read keeps none.
+class RecordFilter {
+public:
+    explicit RecordFilter(const QString &text = QString());
+    bool isValid() const { return m_valid; }
+    bool isEmpty() const { return m_nodes.isEmpty(); }
+    bool matches(const QAbstractItemModel &model, int row) const;
+
+private:
+    // A clause, or a group of items each joined to the one before it by OR or AND.
+    struct Node {
+        bool group = false;
+        QString column;
+        QString op;
+        QVariant value;            // null for NULL; a double for a number
+        QVector<int> items;
+        QVector<bool> orBefore;
+    };
+    bool evaluate(int node, const QAbstractItemModel &model, int row) const;
+
+    QVector<Node> m_nodes;         // the last one is the whole filter
+    bool m_valid = true;
+};
+
+// The rows of a data control as its grid shows them: those of the source model that the
+// record-set filter keeps, and a current row (-1: past the end).
+class RecordSet : public QSortFilterProxyModel {
+public:
+    using QSortFilterProxyModel::QSortFilterProxyModel;
+    void setRecordFilter(const QString &filter);
+    QString recordFilter() const { return m_text; }
+    int currentRow() const { return m_current; }
+    void setCurrentRow(int row) { m_current = row; }
+
+protected:
+    bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
+
+private:
+    QString m_text;
+    RecordFilter m_filter;
+    int m_current = -1;
+};
+
+// Local search: false at once when the record set shows no rows (a filter that kept none
+// included). Otherwise the filter is set and left on; with rows kept the first becomes
+// current and the answer is true, else the current row stands past the end.
+bool RecordFind(RecordSet &control, const QString &filter);
 
 // Doubled backslashes cleaned, a network path's prefix kept.
 QString NormalizePath(const QString &path);

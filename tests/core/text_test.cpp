@@ -316,6 +316,68 @@ TEST(Collections, FillFromModelAndKeys)
     EXPECT_FALSE(KeyInCollection(map, "jine"));
 }
 
+TEST(RecordFind, FiltersTheRowsAndLeavesTheFilterOn)
+{
+    FreshDatabases(false);
+    DbConnection conn(ConnStrSys());
+    ASSERT_TRUE(conn.isOpen());
+    QSqlQueryModel model;
+    model.setQuery(QStringLiteral("SELECT '12' AS _GRANT, '0' AS archiv, 'Nováková' AS `Vyrizuje`, 5 AS n "
+                                  "UNION ALL SELECT '120', '1', 'Černý', 10 "
+                                  "UNION ALL SELECT '34', NULL, 'novák', 2 "
+                                  "UNION ALL SELECT '56', '', NULL, 7"),
+                   conn.db());
+    RecordSet rows;
+    rows.setSourceModel(&model);
+    auto grants = [&rows] {
+        QStringList g;
+        for (int r = 0; r < rows.rowCount(); ++r)
+            g << rows.data(rows.index(r, 0)).toString();
+        return g;
+    };
+    EXPECT_TRUE(RecordFind(rows, "archiv='' or archiv=null or archiv='0'"));
+    EXPECT_EQ(grants(), QStringList({"12", "34", "56"}));
+    EXPECT_EQ(rows.currentRow(), 0);
+    EXPECT_EQ(rows.recordFilter(), "archiv='' or archiv=null or archiv='0'");
+
+    rows.setRecordFilter(QString());
+    EXPECT_EQ(rows.rowCount(), 4);
+    EXPECT_TRUE(RecordFind(rows, "Vyrizuje LIKE 'NOV*'"));
+    EXPECT_EQ(grants(), QStringList({"12", "34"}));
+    rows.setRecordFilter(QString());
+    EXPECT_TRUE(RecordFind(rows, BuildGrantLike("12")));
+    EXPECT_EQ(grants(), QStringList({"12", "120"}));
+    rows.setRecordFilter(QString());
+    EXPECT_TRUE(RecordFind(rows, "(" + BuildGrantArchiv("120,12") + ") AND n >= 5"));
+    EXPECT_EQ(grants(), QStringList({"12"}));
+    rows.setRecordFilter(QString());
+    // Neither AND nor OR comes first: read from the left.
+    EXPECT_TRUE(RecordFind(rows, "_GRANT = '34' OR _GRANT = '56' AND n > 5"));
+    EXPECT_EQ(grants(), QStringList({"56"}));
+    rows.setRecordFilter(QString());
+    EXPECT_TRUE(RecordFind(rows, "[Vyrizuje] = 'o''brien' OR `_GRANT` <> '12' AND n < 10"));
+    EXPECT_EQ(grants(), QStringList({"34", "56"}));
+
+    // Nothing kept: false, the cursor past the end, and the filter stays on, so the next
+    // search finds no rows at all until the filter is cleared.
+    rows.setRecordFilter(QString());
+    EXPECT_FALSE(RecordFind(rows, "_GRANT = '99'"));
+    EXPECT_EQ(rows.rowCount(), 0);
+    EXPECT_EQ(rows.currentRow(), -1);
+    EXPECT_FALSE(RecordFind(rows, "_GRANT = '12'"));
+    rows.setRecordFilter(QString());
+    EXPECT_TRUE(RecordFind(rows, "_GRANT = '12'"));
+
+    // A filter that cannot be read keeps nothing; nothing crashes on any text.
+    for (const QString &bad : {QString("_GRANT ="), QString("(((x"), QString("a = 'b"), QString("neznámý = 1"),
+                               QString("= = ="), QString(200, '('), QString(5000, QLatin1Char(',')), QString("Ωμέγα LIKE '*'")}) {
+        rows.setRecordFilter(QString());
+        EXPECT_FALSE(RecordFind(rows, bad)) << bad.left(40).toStdString();
+    }
+    RecordSet empty;
+    EXPECT_FALSE(RecordFind(empty, "a = 1"));
+}
+
 TEST(BubbleSortNumbers, Ascending)
 {
     QVector<double> numbers = {3, 1, 2, -5, 2.5, 1, 1e300, -0.0};
