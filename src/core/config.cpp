@@ -13,6 +13,8 @@
 #include <QSettings>
 #include <QStandardPaths>
 
+#include <algorithm>
+
 // --- folders --------------------------------------------------------------------------
 
 void InitSpecialDirs()
@@ -331,6 +333,10 @@ bool IsDateText(const QString &text)
     const QStringList parts = text.trimmed().split(QLatin1Char('.'));
     if (parts.size() != 3)
         return false;
+    // Digits only: a sign or a blank inside is not a date.
+    for (const QString &part : parts)
+        if (part.isEmpty() || !std::all_of(part.cbegin(), part.cend(), [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); }))
+            return false;
     bool okD = false, okM = false, okY = false;
     const int d = parts[0].toInt(&okD);
     const int m = parts[1].toInt(&okM);

@@ -143,6 +143,9 @@ TEST(DateSetters, BadDateRefusedWithMessage)
     ASSERT_EQ(messages.shown.size(), 2u);
     EXPECT_EQ(messages.shown[0].text, "Špatný formát datumu.");
     EXPECT_EQ(GetDatumOd(), today());
+    for (const char *bad : {"1.3.-5", "1.3.+24", "1. 3.2024", "1.3.", "..", ""})
+        EXPECT_FALSE(IsDateText(bad)) << bad;
+    EXPECT_TRUE(IsDateText(" 01.03.24 "));
     EXPECT_TRUE(SaveDatumOd("1.3.2024", DateTarget::Store));
     EXPECT_EQ(GetDatumOd(), "1.3.2024");
     EXPECT_TRUE(SaveDatumDo("31.12.2024", DateTarget::File));
