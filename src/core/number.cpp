@@ -1,5 +1,6 @@
 #include "core/number.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <string>
@@ -64,17 +65,31 @@ double ScanNumber(QStringView text)
     }
     if (!digits)
         return 0.0;
-    // Exponent: "E" or "D", optional sign, at least one digit.
+    // Exponent: "E" or "D", optional sign, at least one digit; blanks are skipped here too.
     if (i < n && (text[i] == u'e' || text[i] == u'E' || text[i] == u'd' || text[i] == u'D')) {
         qsizetype j = i + 1;
+        auto skipBlanks = [&] {
+            while (j < n && isBlank(text[j].unicode()))
+                ++j;
+        };
+        skipBlanks();
         char sign = '+';
-        if (j < n && (text[j] == u'-' || text[j] == u'+'))
+        if (j < n && (text[j] == u'-' || text[j] == u'+')) {
             sign = char(text[j++].unicode());
+            skipBlanks();
+        }
         if (j < n && isDigit(text[j].unicode())) {
+            // Leading zeros do not count; beyond four digits the number is out of range anyway.
+            int exponent = 0;
+            for (; j < n && (isDigit(text[j].unicode()) || isBlank(text[j].unicode())); ++j)
+                if (isDigit(text[j].unicode()))
+                    exponent = std::min(exponent * 10 + (text[j].unicode() - u'0'), 99999);
+            char digits[8];
+            const auto end = std::to_chars(digits, digits + sizeof digits, exponent).ptr;
             number.add('e');
             number.add(sign);
-            for (int k = 0; j < n && isDigit(text[j].unicode()) && k < 6; ++j, ++k)
-                number.add(char(text[j].unicode()));
+            for (const char *d = digits; d != end; ++d)
+                number.add(*d);
         }
     }
     const double v = number.read();

@@ -591,6 +591,9 @@ TEST(ScanNumber, ReadsLikeTheProgramsNumberRule)
     EXPECT_DOUBLE_EQ(ScanNumber(u"1\t2\n3"), 123.0);
     EXPECT_DOUBLE_EQ(ScanNumber(u"12\r3"), 12.0);
     EXPECT_DOUBLE_EQ(ScanNumber(u"\r5"), 0.0);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"1 e - 0 2"), 0.01);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"1e0000001"), 10.0);
+    EXPECT_DOUBLE_EQ(ScanNumber(u"1e-99999999"), 0.0);
     EXPECT_DOUBLE_EQ(ScanNumber(u"abc"), 0.0);
     EXPECT_DOUBLE_EQ(ScanNumber(u"-"), 0.0);
     EXPECT_DOUBLE_EQ(ScanNumber(u""), 0.0);
