@@ -18,7 +18,8 @@ constexpr int HostWidth = 255;
 QString GetWebServer()
 {
     const QString host = ClipIniValue(ReadProfileString(QStringLiteral("NASTAVENI"), QStringLiteral("WEB_SERVER"),
-                                                        QStringLiteral("www.fondarix.cz"), HostWidth));
+                                                        QStringLiteral("www.fondarix.cz"), HostWidth))
+                             .trimmed();
     return host.isEmpty() ? QStringLiteral("www.fondarix.cz") : host;
 }
 
