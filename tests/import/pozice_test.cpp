@@ -29,73 +29,68 @@ void defineMovementHeadings()
                             "N_Nazev DAL=Název DAL\r\n"));
 }
 
-QList<QLineEdit *> boxes(QWidget *screen, const char *name)
+QList<QLineEdit *> boxes(QWidget *screen, const char *name) { return screen->findChildren<QLineEdit *>(QString::fromLatin1(name)); }
+
+QStringList codes(QWidget *screen)
 {
-    return screen->findChildren<QLineEdit *>(QString::fromLatin1(name));
+    QStringList texts;
+    for (QLineEdit *e : boxes(screen, "txtCod"))
+        texts << e->text();
+    return texts;
 }
+
+void click(QWidget *screen, const char *name) { QTest::mouseClick(screen->findChild<QPushButton *>(name), Qt::LeftButton); }
 } // namespace
 
-TEST(Pozice, NumbersAndPositionsInMemory)
+TEST(Pozice, NumbersPositionsInMemoryAndHeadingsByFirstSubstring)
 {
-    EXPECT_TRUE(IsColumnNumberText(""));
-    EXPECT_TRUE(IsColumnNumberText("7"));
-    EXPECT_TRUE(IsColumnNumberText("12"));
-    EXPECT_FALSE(IsColumnNumberText("123"));
-    EXPECT_FALSE(IsColumnNumberText("1a"));
-    EXPECT_FALSE(IsColumnNumberText(" 1"));
-    EXPECT_FALSE(IsColumnNumberText("-1"));
+    for (const auto &[text, number] : {std::pair{"", true}, {"7", true}, {"12", true}, {"123", false}, {"1a", false},
+                                       {" 1", false}, {"-1", false}})
+        EXPECT_EQ(IsColumnNumberText(text), number) << text;
 
     // Counted from 0; an empty key cannot be told from column 1, "0" is refused later.
-    EXPECT_EQ(PoziceVPameti(""), 0);
-    EXPECT_EQ(PoziceVPameti("1"), 0);
-    EXPECT_EQ(PoziceVPameti("12"), 11);
-    EXPECT_EQ(PoziceVPameti("0"), -1);
-    EXPECT_EQ(PoziceVPameti("x"), -1);
-}
+    for (const auto &[key, position] : {std::pair{"", 0}, {"1", 0}, {"12", 11}, {"0", -1}, {"x", -1}})
+        EXPECT_EQ(PoziceVPameti(key), position) << key;
 
-TEST(Pozice, HeadingFoundByFirstSubstring)
-{
-    const QString head = "Datum splatnosti~Datum~Doklad";
     // "Datum" stands inside the earlier "Datum splatnosti": the earlier column wins.
-    EXPECT_EQ(ColumnOfHeading(head, "Datum"), 1);
-    EXPECT_EQ(ColumnOfHeading(head, "Doklad"), 3);
-    EXPECT_EQ(ColumnOfHeading(head, "splatnosti"), 1);
-    EXPECT_EQ(ColumnOfHeading(head, "Částka"), 0);
-    EXPECT_EQ(ColumnOfHeading(head, ""), 0);
+    const QString head = "Datum splatnosti~Datum~Doklad";
+    for (const auto &[heading, column] : {std::pair{"Datum", 1}, {"Doklad", 3}, {"splatnosti", 1}, {"Částka", 0}, {"", 0}})
+        EXPECT_EQ(ColumnOfHeading(head, QString::fromUtf8(heading)), column) << heading;
 }
 
-TEST(NactiPozice, PositionsOfAllTenHeadings)
+TEST(NactiPozice, PositionsOfTheMovementAndAccountHeadings)
 {
     defineMovementHeadings();
     ScriptedMessages messages;
     std::array<short, 10> positions{};
     EXPECT_TRUE(NactiPozice(WriteSample("pohyby.txt", MovementHead), PoziceMD_DAL, &positions));
-    EXPECT_TRUE(messages.shown.empty());
     // "Datum" is found in "Datum splatnosti" first.
     EXPECT_EQ(positions, (std::array<short, 10>{1, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
+
+    // The account list checks four headings, not the currency.
+    WriteIni(QStringLiteral("[DEFINE POZICE TAB2]\r\nUcet=Účet\r\nNazev=Název\r\nStredisko=Středisko\r\nStav=Stav\r\n"));
+    const QString file = WriteSample("ucty.txt", ToCp1250(QStringLiteral("Účet\tNázev\tStředisko\tStav\r\n")));
+    EXPECT_TRUE(NactiPozice(file, PoziceUcty, &positions));
+    EXPECT_EQ(positions[0], 1);
+    EXPECT_EQ(positions[3], 4);
+    EXPECT_TRUE(messages.shown.empty());
 }
 
-TEST(NactiPozice, MissingOrUnknownHeadingRefusesTheImport)
+TEST(NactiPozice, MissingUnknownOrUnseenHeadingRefusesTheImport)
 {
     const QString file = WriteSample("pohyby.txt", MovementHead);
     defineMovementHeadings();
-    SetPoziceTab("N_Text", "Popis");
-    {
+    for (const auto &[heading, text] :
+         {std::pair{"Popis", "Pole: Popis ve sloupcích importního souboru neexistuje, zkontrolujte prosím správnost názvy pole!"},
+          {"", "Není správně nadefinovaná názvy pole v importním soubore ve funkci Definice TAB, "
+               "pokračování v importu není možné!"}}) {
+        SetPoziceTab("N_Text", heading);
         ScriptedMessages messages;
         EXPECT_FALSE(NactiPozice(file, PoziceMD_DAL));
         ASSERT_EQ(messages.shown.size(), 1u);
-        EXPECT_EQ(messages.shown[0].text,
-                  "Pole: Popis ve sloupcích importního souboru neexistuje, zkontrolujte prosím správnost názvy pole!");
-    }
-    SetPoziceTab("N_Text", "");
-    {
-        ScriptedMessages messages;
-        EXPECT_FALSE(NactiPozice(file, PoziceMD_DAL));
-        ASSERT_EQ(messages.shown.size(), 1u);
-        EXPECT_EQ(messages.shown[0].text,
-                  "Není správně nadefinovaná názvy pole v importním soubore ve funkci Definice TAB, "
-                  "pokračování v importu není možné!");
-        EXPECT_EQ(messages.shown[0].style, 48);
+        EXPECT_EQ(messages.shown[0].text, QString::fromUtf8(text));
+        if (!*heading)
+            EXPECT_EQ(messages.shown[0].style, 48);
     }
     {
         // An empty head line ends the check without a word.
@@ -105,79 +100,49 @@ TEST(NactiPozice, MissingOrUnknownHeadingRefusesTheImport)
         EXPECT_FALSE(NactiPozice(Session().TempDir + "/missing.txt", PoziceMD_DAL));
         EXPECT_TRUE(messages.shown.empty());
     }
-}
-
-TEST(NactiPozice, AccountListChecksFourHeadingsNotTheCurrency)
-{
-    WriteIni(QStringLiteral("[DEFINE POZICE TAB2]\r\nUcet=Účet\r\nNazev=Název\r\nStredisko=Středisko\r\nStav=Stav\r\n"));
-    const QString file = WriteSample("ucty.txt", ToCp1250(QStringLiteral("Účet\tNázev\tStředisko\tStav\r\n")));
-    ScriptedMessages messages;
-    std::array<short, 10> positions{};
-    EXPECT_TRUE(NactiPozice(file, PoziceUcty, &positions));
-    EXPECT_EQ(positions[0], 1);
-    EXPECT_EQ(positions[3], 4);
-    EXPECT_TRUE(messages.shown.empty());
-}
-
-TEST(NactiPozice, HeadLineReadToOneThousandCharacters)
-{
     defineMovementHeadings();
-    // A head line of 100,000 characters: what lies past the buffer is not seen.
+    // A head line of 100,000 characters: what lies past the 1000 read is not seen.
     const QString head = QStringLiteral("Datum\tDoklad\tText\tČástka\tÚčet MD\tÚčet DAL\tStř. MD\tStř. DAL\t"
                                         "Název MD\t") + QString(100000, 'y') + QStringLiteral("\tNázev DAL\r\n");
-    const QString file = WriteSample("long.txt", ToCp1250(head));
+    const QString longFile = WriteSample("long.txt", ToCp1250(head));
     ScriptedMessages messages;
-    EXPECT_FALSE(NactiPozice(file, PoziceMD_DAL));
+    EXPECT_FALSE(NactiPozice(longFile, PoziceMD_DAL));
     EXPECT_TRUE(messages.saw(TextPoleNeexistuje("Název DAL")));
-    EXPECT_EQ(ReadHeadLine(file).size(), 1000);
-
+    EXPECT_EQ(ReadHeadLine(longFile).size(), 1000);
     // Binary data: read, nothing found, said, no crash.
     EXPECT_FALSE(NactiPozice(WriteSample("binary.bin", BinaryBytes(5000)), PoziceMD_DAL));
 }
 
 // --- the screens ------------------------------------------------------------------------
 
-TEST(DefinFieldsExport, ColumnsReadFromSampleHeadLine)
+TEST(DefinFieldsExport, ColumnsReadFromSampleHeadLineAndBadSamplesChangeNothing)
 {
     defineMovementHeadings();
     SetPoziceTab("Doklad", "9");
     SetPoziceTab("N_Nazev DAL", "Protiúčet");   // not in the file: keeps its number
     SetPoziceTab("Nazev DAL", "12");
     DefinFieldsExport screen;
-    const QList<QLineEdit *> cod = boxes(&screen, "txtCod");
-    const QList<QLineEdit *> name = boxes(&screen, "txtName");
-    ASSERT_EQ(cod.size(), 10);
-    ASSERT_EQ(name.size(), 10);
-    EXPECT_EQ(cod[1]->text(), "9");
-    EXPECT_EQ(name[3]->text(), "Částka");
+    ASSERT_EQ(boxes(&screen, "txtCod").size(), 10);
+    ASSERT_EQ(boxes(&screen, "txtName").size(), 10);
+    EXPECT_EQ(codes(&screen).value(1), "9");
+    EXPECT_EQ(boxes(&screen, "txtName")[3]->text(), "Částka");
 
     screen.SampleFile = WriteSample("vzor.txt", MovementHead);
     ScriptedMessages messages;
-    QTest::mouseClick(screen.findChild<QPushButton *>("cmdFile"), Qt::LeftButton);
-    EXPECT_TRUE(messages.shown.empty());
-    QStringList shown;
-    for (QLineEdit *e : cod)
-        shown << e->text();
-    EXPECT_EQ(shown, (QStringList{"1", "3", "4", "5", "6", "7", "8", "9", "10", "12"}));
+    click(&screen, "cmdFile");
+    EXPECT_EQ(codes(&screen), (QStringList{"1", "3", "4", "5", "6", "7", "8", "9", "10", "12"}));
     // Stored at once, numbers and headings, without pressing Ok.
-    EXPECT_EQ(GetPoziceTab("Doklad"), "3");
-    EXPECT_EQ(GetPoziceTab("Nazev MD"), "10");
-    EXPECT_EQ(GetPoziceTab("Nazev DAL"), "12");
-    EXPECT_EQ(GetPoziceTab("N_Castka"), "Částka");
+    for (const auto &[key, value] : {std::pair{"Doklad", "3"}, {"Nazev MD", "10"}, {"Nazev DAL", "12"}, {"N_Castka", "Částka"}})
+        EXPECT_EQ(GetPoziceTab(key), QString::fromUtf8(value)) << key;
     SaveScreen(&screen, "DefinFieldsExport");
-}
 
-TEST(DefinFieldsExport, BadSamplesChangeNothing)
-{
-    defineMovementHeadings();
     SetPoziceTab("Datum", "2");
-    DefinFieldsExport screen;
-    ScriptedMessages messages;
+    DefinFieldsExport again;
     for (const QByteArray &content : {QByteArray(), QByteArray("\r\nDatum\r\n"), BinaryBytes(5000),
                                       QByteArray(100000, 'z') + "\tDatum\r\n"}) {
-        screen.SampleFile = WriteSample("bad.txt", content);
-        QTest::mouseClick(screen.findChild<QPushButton *>("cmdFile"), Qt::LeftButton);
-        EXPECT_EQ(boxes(&screen, "txtCod")[0]->text(), "2");
+        again.SampleFile = WriteSample("bad.txt", content);
+        click(&again, "cmdFile");
+        EXPECT_EQ(codes(&again).value(0), "2");
         EXPECT_EQ(GetPoziceTab("Datum"), "2");
     }
     EXPECT_TRUE(messages.shown.empty());
@@ -208,17 +173,16 @@ TEST(DefinFieldsExport, NumberCheckedAndEnterMovesOn)
     EXPECT_TRUE(cod[1]->hasFocus());
 
     // Ok refuses the bad number and stores nothing.
-    QTest::mouseClick(screen.findChild<QPushButton *>("cmdClose"), Qt::LeftButton);
+    click(&screen, "cmdClose");
     EXPECT_TRUE(screen.isVisible());
     EXPECT_EQ(GetPoziceTab("Datum"), "");
 
     cod[1]->setText("11");
     name[1]->setText("Doklad");
-    QTest::mouseClick(screen.findChild<QPushButton *>("cmdClose"), Qt::LeftButton);
+    click(&screen, "cmdClose");
     EXPECT_FALSE(screen.isVisible());
-    EXPECT_EQ(GetPoziceTab("Datum"), "4");
-    EXPECT_EQ(GetPoziceTab("Doklad"), "11");
-    EXPECT_EQ(GetPoziceTab("N_Doklad"), "Doklad");
+    for (const auto &[key, value] : {std::pair{"Datum", "4"}, {"Doklad", "11"}, {"N_Doklad", "Doklad"}})
+        EXPECT_EQ(GetPoziceTab(key), value) << key;
 }
 
 TEST(frmDefinFieldsExp, AccountListColumnsFromSample)
@@ -228,12 +192,9 @@ TEST(frmDefinFieldsExp, AccountListColumnsFromSample)
     frmDefinFieldsExp screen;
     ASSERT_EQ(boxes(&screen, "txtCod").size(), 5);
     screen.SampleFile = WriteSample("ucty.txt", ToCp1250(QStringLiteral("Středisko\tÚčet\tNázev\tStav\r\n")));
-    QTest::mouseClick(screen.findChild<QPushButton *>("cmdFile"), Qt::LeftButton);
-    EXPECT_EQ(GetPoziceTab2("N_Ucet"), "2");
-    EXPECT_EQ(GetPoziceTab2("N_Nazev"), "3");
-    EXPECT_EQ(GetPoziceTab2("N_Stredisko"), "1");
-    EXPECT_EQ(GetPoziceTab2("N_Stav"), "4");
-    EXPECT_EQ(GetPoziceTab2("N_Mena"), "9");
-    EXPECT_EQ(GetPoziceTab2("Mena"), "Měna");
+    click(&screen, "cmdFile");
+    for (const auto &[key, value] : {std::pair{"N_Ucet", "2"}, {"N_Nazev", "3"}, {"N_Stredisko", "1"}, {"N_Stav", "4"},
+                                     {"N_Mena", "9"}, {"Mena", "Měna"}})
+        EXPECT_EQ(GetPoziceTab2(key), QString::fromUtf8(value)) << key;
     SaveScreen(&screen, "frmDefinFieldsExp");
 }
