@@ -24,27 +24,32 @@ QStringList Selected(const QString &column, const QString &table, const Criterio
         values << q.value(0).toString();
     return values;
 }
+
+QStringList Castky(CriterionForm form, const QString &filter, const QString &grant)
+{
+    return Selected("Castka", "ImportUctyCastky", BuildCriterion(form, filter, grant));
+}
 } // namespace
 
-TEST(FilterText, TidyRemovesLineBreaksAndCollapsesCommasInOnePassEach)
+TEST(FilterText, TidyItemsAndPickedAccounts)
 {
-    EXPECT_EQ(TidyFilter(" 501*,\r\n502* "), "501*,502*");
-    EXPECT_EQ(TidyFilter("501,,502"), "501,502");
-    // ",," goes first, so three commas leave two; the items stay the same.
-    EXPECT_EQ(TidyFilter("501,,,502"), "501,,502");
-    EXPECT_EQ(TidyFilter("501,,,,502"), "501,,502");
+    // ",," goes first in one pass, so three commas leave two; the items stay the same.
+    for (const auto &[text, tidy] : {std::pair{" 501*,\r\n502* ", "501*,502*"}, {"501,,502", "501,502"},
+                                     {"501,,,502", "501,,502"}, {"501,,,,502", "501,,502"}, {"", ""}})
+        EXPECT_EQ(TidyFilter(text), tidy) << text;
     EXPECT_EQ(FilterItems(TidyFilter("501,,,502")), (QStringList{"501", "502"}));
-    EXPECT_EQ(TidyFilter(""), "");
-}
 
-TEST(FilterText, ItemsArePrefixesWithoutStarsMinusesAndBlanks)
-{
+    // Items are prefixes without stars, minuses and blanks.
     EXPECT_EQ(FilterItems("6*,801*,123000"), (QStringList{"6", "801", "123000"}));
     EXPECT_EQ(FilterItems("501, 502"), (QStringList{"501", "502"}));
     EXPECT_EQ(FilterItems("-518*"), QStringList{"518"});
-    EXPECT_TRUE(FilterItems("*").isEmpty());
-    EXPECT_TRUE(FilterItems(" , ,*, ").isEmpty());
-    EXPECT_TRUE(FilterItems("").isEmpty());
+    for (const char *text : {"*", " , ,*, ", ""})
+        EXPECT_TRUE(FilterItems(text).isEmpty()) << text;
+
+    // Picked accounts are appended after comma and blank.
+    EXPECT_EQ(AppendAccount("", "501100"), "501100");
+    EXPECT_EQ(AppendAccount("  ", " 501100 "), "501100");
+    EXPECT_EQ(AppendAccount("501*", "502"), "501*, 502");
 }
 
 TEST(FilterCriterion, ThreeFormsOneClausePerItem)
@@ -61,8 +66,7 @@ TEST(FilterCriterion, ThreeFormsOneClausePerItem)
     EXPECT_EQ(b.where, a.where);
     EXPECT_EQ(b.values, (QVariantList{"12", "6%", "12", "801%", "12", "123000%"}));
 
-    const Criterion one = BuildCriterion(CriterionForm::Movements, "518*", "12");
-    EXPECT_EQ(one.where, "(ucet LIKE ? AND `GRANT`=?)");
+    EXPECT_EQ(BuildCriterion(CriterionForm::Movements, "518*", "12").where, "(ucet LIKE ? AND `GRANT`=?)");
     EXPECT_TRUE(BuildCriterion(CriterionForm::Accounts, "*", "12").isEmpty());
     EXPECT_TRUE(BuildCriterion(CriterionForm::Budget, "", "12").isEmpty());
 }
@@ -73,38 +77,25 @@ TEST(FilterCriterion, SelectsByPrefixInTheDatabaseAndSurvivesGarbage)
     Exec(Granty, "INSERT INTO ImportUctyCastky (Ucet, `Grant`, Castka, `MD/DAL`) VALUES "
                  "('123000','12','1,00','MD'), ('1230001','12','2,00','MD'), ('123001','12','3,00','MD'),"
                  "('801200','12','4,00','MD'), ('801200','13','5,00','MD'), ('60','12','6,00','DAL')");
-    EXPECT_EQ(Selected("Castka", "ImportUctyCastky", BuildCriterion(CriterionForm::Movements, "6*,801*,123000", "12")),
-              (QStringList{"1,00", "2,00", "4,00", "6,00"}));
+    EXPECT_EQ(Castky(CriterionForm::Movements, "6*,801*,123000", "12"), (QStringList{"1,00", "2,00", "4,00", "6,00"}));
     // The second form takes the grant as a prefix, the third exactly.
-    EXPECT_EQ(Selected("Castka", "ImportUctyCastky", BuildCriterion(CriterionForm::Accounts, "801", "1")),
-              (QStringList{"4,00", "5,00"}));
-    EXPECT_TRUE(Selected("Castka", "ImportUctyCastky", BuildCriterion(CriterionForm::Budget, "801", "1")).isEmpty());
+    EXPECT_EQ(Castky(CriterionForm::Accounts, "801", "1"), (QStringList{"4,00", "5,00"}));
+    EXPECT_TRUE(Castky(CriterionForm::Budget, "801", "1").isEmpty());
     // An empty filter selects every row, of every grant.
-    EXPECT_EQ(Selected("Castka", "ImportUctyCastky", BuildCriterion(CriterionForm::Movements, " * ", "12")).size(), 6);
+    EXPECT_EQ(Castky(CriterionForm::Movements, " * ", "12").size(), 6);
     // Quotes and SQL in a filter are only text to compare.
-    EXPECT_TRUE(Selected("Castka", "ImportUctyCastky",
-                         BuildCriterion(CriterionForm::Movements, "1' OR '1'='1, x);DROP TABLE y;--", "12'"))
-                    .isEmpty());
+    EXPECT_TRUE(Castky(CriterionForm::Movements, "1' OR '1'='1, x);DROP TABLE y;--", "12'").isEmpty());
 }
 
 TEST(FilterSign, ReversedOnlyForTheExactAccountOfAFilterWithMinus)
 {
-    EXPECT_EQ(MovementSign("518*", "518", "MD"), 1);
-    EXPECT_EQ(MovementSign("518*", "518", "DAL"), -1);
     // Any item of a filter holding a minus reverses its exact account.
-    EXPECT_EQ(MovementSign("518,-602*", "518", "MD"), -1);
-    EXPECT_EQ(MovementSign("518,-602*", "602", "MD"), -1);
-    EXPECT_EQ(MovementSign("518,-602*", "602", "DAL"), 1);
-    EXPECT_EQ(MovementSign("518,-602*", "6025", "MD"), 1);
-    EXPECT_EQ(MovementSign("518, -602*", "6025", "DAL"), -1);
-    EXPECT_EQ(MovementSign("-518*", "5181", "MD"), 1);
-}
-
-TEST(FilterText, PickedAccountsAreAppendedAfterCommaBlank)
-{
-    EXPECT_EQ(AppendAccount("", "501100"), "501100");
-    EXPECT_EQ(AppendAccount("  ", " 501100 "), "501100");
-    EXPECT_EQ(AppendAccount("501*", "502"), "501*, 502");
+    const struct { const char *filter, *account, *side; int sign; } cases[] = {
+        {"518*", "518", "MD", 1},        {"518*", "518", "DAL", -1},      {"518,-602*", "518", "MD", -1},
+        {"518,-602*", "602", "MD", -1},  {"518,-602*", "602", "DAL", 1},  {"518,-602*", "6025", "MD", 1},
+        {"518, -602*", "6025", "DAL", -1}, {"-518*", "5181", "MD", 1}};
+    for (const auto &c : cases)
+        EXPECT_EQ(MovementSign(c.filter, c.account, c.side), c.sign) << c.filter << ' ' << c.account << ' ' << c.side;
 }
 
 TEST(FilterGrants, UserListAsPrefixTermsAndPermittedGrants)
@@ -112,21 +103,20 @@ TEST(FilterGrants, UserListAsPrefixTermsAndPermittedGrants)
     FreshDatabases(true);
     Exec(Granty, "UPDATE GrantyPlan SET archiv='' WHERE _grant='1202'");
     Exec(Granty, "UPDATE GrantyPlan SET archiv=NULL WHERE _grant='1203'");
-    const int all = Column(Granty, "SELECT _grant FROM GrantyPlan").size();
-    EXPECT_EQ(all, 12);
+    const auto grants = [](const Criterion &c) { return Selected("_grant", "GrantyPlan", c); };
+    ASSERT_EQ(grants(Criterion()).size(), 12);
     EXPECT_TRUE(GrantLikeCriterion("_GRANT", "0").isEmpty());
     EXPECT_TRUE(GrantLikeCriterion("_GRANT", "").isEmpty());
-    EXPECT_EQ(Selected("_grant", "GrantyPlan", GrantLikeCriterion("_GRANT", "1201,2301")),
-              (QStringList{"1201", "2301"}));
-    EXPECT_EQ(Selected("_grant", "GrantyPlan", GrantLikeCriterion("_GRANT", "23")).size(), 6);
+    EXPECT_EQ(grants(GrantLikeCriterion("_GRANT", "1201,2301")), (QStringList{"1201", "2301"}));
+    EXPECT_EQ(grants(GrantLikeCriterion("_GRANT", "23")).size(), 6);
     // A trailing comma leaves an empty number, which matches every grant.
-    EXPECT_EQ(Selected("_grant", "GrantyPlan", GrantLikeCriterion("_GRANT", "1201,")).size(), all);
-    EXPECT_TRUE(Selected("_grant", "GrantyPlan", GrantLikeCriterion("_GRANT", "x'y")).isEmpty());
+    EXPECT_EQ(grants(GrantLikeCriterion("_GRANT", "1201,")).size(), 12);
+    EXPECT_TRUE(grants(GrantLikeCriterion("_GRANT", "x'y")).isEmpty());
 
     // Not archived: "0", empty and null alike; the demo archives 1204 and 2305.
-    const QStringList active = Selected("_grant", "GrantyPlan", PermittedGrantsCriterion("0"));
-    EXPECT_EQ(active.size(), all - 2);
-    EXPECT_TRUE(active.contains("1202") && active.contains("1203"));
-    EXPECT_FALSE(active.contains("1204"));
-    EXPECT_EQ(Selected("_grant", "GrantyPlan", PermittedGrantsCriterion("1203,1204,23")), QStringList{"1203"});
+    QStringList active = grants(Criterion());
+    active.removeAll("1204");
+    active.removeAll("2305");
+    EXPECT_EQ(grants(PermittedGrantsCriterion("0")), active);
+    EXPECT_EQ(grants(PermittedGrantsCriterion("1203,1204,23")), QStringList{"1203"});
 }
