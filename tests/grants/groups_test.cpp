@@ -12,59 +12,49 @@ using namespace testenv;
 namespace {
 const QString Granty = QString::fromLatin1(GrantyDbName);
 
-GroupRow Row(const QString &plan, const QString &cerpani)
-{
-    GroupRow r;
-    r.plan = plan;
-    r.cerpani = cerpani;
-    SpoctiRadek(r);
-    return r;
-}
+// The number of group rows of a grant, and whether it is still in the register.
+QString Groups(const QString &grant) { return Column(Granty, "SELECT COUNT(*) FROM SkupUctuGrant WHERE `Grant`='" + grant + "'").value(0); }
+bool Planned(const QString &grant) { return !Column(Granty, "SELECT _grant FROM GrantyPlan WHERE _grant='" + grant + "'").isEmpty(); }
 } // namespace
 
 TEST(Amount, EmptyIsZeroCommaIsDecimalAndFormattedUnpadded)
 {
-    EXPECT_EQ(AmountText(QVariant()), "0,00");
-    EXPECT_EQ(AmountText(QVariant(QString())), "0,00");
-    EXPECT_EQ(AmountText(QString("   ")), "0,00");
+    for (const QVariant &v : {QVariant(), QVariant(QString()), QVariant(QString("   "))})
+        EXPECT_EQ(AmountText(v), "0,00");
     EXPECT_EQ(AmountText(QString(" 12,50 ")), "12,50");
-    EXPECT_DOUBLE_EQ(AmountValue("1 250 000,50"), 1250000.5);
-    EXPECT_DOUBLE_EQ(AmountValue("-7 955,33"), -7955.33);
-    EXPECT_DOUBLE_EQ(AmountValue("   Find error !   "), 0.0);
-    EXPECT_DOUBLE_EQ(AmountValue(""), 0.0);
-    EXPECT_EQ(FormatAmount(1234.5), "1 234,50");
+    for (const auto &[text, value] : {std::pair{"1 250 000,50", 1250000.5}, {"-7 955,33", -7955.33},
+                                      {"   Find error !   ", 0.0}, {"", 0.0}})
+        EXPECT_DOUBLE_EQ(AmountValue(text), value) << text;
+    for (const auto &[value, text] : {std::pair{1234.5, "1 234,50"}, {0.0, "0,00"}, {2450000.0, "2 450 000,00"}})
+        EXPECT_EQ(FormatAmount(value), text) << value;
     // The sign stands at the far left, ahead of any padding.
     EXPECT_TRUE(FormatAmount(-0.5).startsWith('-'));
     EXPECT_TRUE(FormatAmount(-0.5).endsWith("0,50"));
     EXPECT_DOUBLE_EQ(AmountValue(FormatAmount(-1234.5)), -1234.5);
-    EXPECT_EQ(FormatAmount(0), "0,00");
-    EXPECT_EQ(FormatAmount(2450000), "2 450 000,00");
     // Round trip of what is stored.
     EXPECT_EQ(FormatAmount(AmountValue("1 973 300,15")), "1 973 300,15");
 }
 
 TEST(SpoctiRadek, RestAndShareFromTheWholeCrownsOfTheRest)
 {
-    GroupRow r = Row("1 000,00", "250,50");
-    EXPECT_EQ(r.zustatek, "749,50");
-    EXPECT_EQ(r.procent, "74,90");   // 749 * 100 / 1000, the 50 hellers do not count
-
-    r = Row("1000", "1 250,75");
-    EXPECT_EQ(r.plan, "1 000,00");
-    EXPECT_DOUBLE_EQ(AmountValue(r.zustatek), -250.75);
-    EXPECT_EQ(r.procent, "-25,00");
-
-    // 1 * 100 / 400 = 0.25 rounds to the even 0.2.
-    EXPECT_EQ(Row("400,00", "399,00").procent, "0,20");
-
-    r = Row("", "120,00");
-    EXPECT_EQ(r.plan, "0,00");
-    EXPECT_DOUBLE_EQ(AmountValue(r.zustatek), -120.0);
-    EXPECT_EQ(r.procent, "0,00");
-
-    r = Row("500,00", "");
-    EXPECT_EQ(r.zustatek, "500,00");
-    EXPECT_EQ(r.procent, "100,00");
+    // 749 * 100 / 1000: the 50 hellers do not count; 1 * 100 / 400 = 0.25 rounds to the even 0.2.
+    const struct { const char *plan, *cerpani, *planShown, *restText; double rest; const char *share; } cases[] = {
+        {"1 000,00", "250,50", "1 000,00", "749,50", 749.5, "74,90"},
+        {"1000", "1 250,75", "1 000,00", nullptr, -250.75, "-25,00"},
+        {"400,00", "399,00", "400,00", "1,00", 1.0, "0,20"},
+        {"", "120,00", "0,00", nullptr, -120.0, "0,00"},
+        {"500,00", "", "500,00", "500,00", 500.0, "100,00"}};
+    for (const auto &c : cases) {
+        GroupRow r;
+        r.plan = c.plan;
+        r.cerpani = c.cerpani;
+        SpoctiRadek(r);
+        EXPECT_EQ(r.plan, c.planShown) << c.plan;
+        EXPECT_DOUBLE_EQ(AmountValue(r.zustatek), c.rest) << c.plan;
+        if (c.restText)
+            EXPECT_EQ(r.zustatek, c.restText) << c.plan;
+        EXPECT_EQ(r.procent, c.share) << c.plan;
+    }
 }
 
 TEST(BudgetCheck, NewTotalAgainstTheGrantsBudgetWithTheExactMessage)
@@ -110,27 +100,24 @@ TEST(GrantDelete, CascadeRemovesGroupsGrantAndDocumentsAllOrNothing)
     Exec(Granty, "INSERT INTO documents (_grant, param1) VALUES ('1201', 'Smlouva'), ('1202', 'Zpráva')");
     Exec(Granty, "INSERT INTO ImportUctyCastky (Ucet, `Grant`, Castka) VALUES ('501', '1201', '1,00')");
     const QStringList before = Column(Granty, "SELECT COUNT(*) FROM SkupUctuGrant");
-    {
-        DbConnection conn(ConnStrGranty());
-        ASSERT_TRUE(DeleteGrantCascade(conn, "1201")) << conn.errorText().toStdString();
-    }
-    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM SkupUctuGrant WHERE `Grant`='1201'"), QStringList{"0"});
+    DbConnection conn(ConnStrGranty());
+    ASSERT_TRUE(DeleteGrantCascade(conn, "1201")) << conn.errorText().toStdString();
+    EXPECT_EQ(Groups("1201"), "0");
     EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM SkupUctuGrant"), QStringList{QString::number(before[0].toInt() - 8)});
-    EXPECT_TRUE(Column(Granty, "SELECT _grant FROM GrantyPlan WHERE _grant='1201'").isEmpty());
+    EXPECT_FALSE(Planned("1201"));
     EXPECT_EQ(Column(Granty, "SELECT _grant FROM documents"), QStringList{"1202"});
     EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM ImportUctyCastky"), QStringList{"1"});
 
     // When the last step fails, the grant and its groups are still there.
     Exec(Granty, "DROP TABLE documents");
-    DbConnection conn(ConnStrGranty());
     EXPECT_FALSE(DeleteGrantCascade(conn, "1202"));
     EXPECT_FALSE(conn.errorText().isEmpty());
-    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM SkupUctuGrant WHERE `Grant`='1202'"), QStringList{"8"});
-    EXPECT_EQ(Column(Granty, "SELECT _grant FROM GrantyPlan WHERE _grant='1202'"), QStringList{"1202"});
+    EXPECT_EQ(Groups("1202"), "8");
+    EXPECT_TRUE(Planned("1202"));
     // DeleteGrantActiv alone takes only the group rows.
     EXPECT_TRUE(DeleteGrantActiv(conn, "1202"));
-    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM SkupUctuGrant WHERE `Grant`='1202'"), QStringList{"0"});
-    EXPECT_EQ(Column(Granty, "SELECT _grant FROM GrantyPlan WHERE _grant='1202'"), QStringList{"1202"});
+    EXPECT_EQ(Groups("1202"), "0");
+    EXPECT_TRUE(Planned("1202"));
 }
 
 TEST(Catalogue, TidyOnCloseTrimsFiltersNamesAndFormatsAmounts)
