@@ -40,6 +40,15 @@ QString Text(QWidget *screen, const char *name) { return Child<QLineEdit>(screen
 
 void Click(QWidget *screen, const char *name) { QTest::mouseClick(Child<QPushButton>(screen, name), Qt::LeftButton); }
 
+// Clicks a command once for each scripted answer of its input box.
+void ClickAnswering(QWidget *screen, const char *name, ScriptedMessages &messages, const QList<std::optional<QString>> &inputs)
+{
+    for (const auto &input : inputs) {
+        messages.inputs = {input};
+        Click(screen, name);
+    }
+}
+
 void SelectGrant(QWidget *screen, const QString &grant)
 {
     auto *grid = Child<QTableView>(screen, "MSFlexGrid2");
@@ -72,69 +81,59 @@ TEST(GrantPlan, RowsShownHiddenAndPermitted)
     FreshDatabases(true);
     // Hiding tests only whether ukonceni holds a value: a future end hides the grant too.
     Exec(Granty, "UPDATE GrantyPlan SET ukonceni='31.12.2099' WHERE _grant='2303'");
-    GrantPlanView view;
-    QSet<QString> all;
-    EXPECT_EQ(Read(view).size(), 12);
-    view.hideArchived = true;
-    EXPECT_FALSE(Read(view).contains("1204"));
-    EXPECT_FALSE(Read(view).contains("2305"));
-    EXPECT_EQ(Read(view).size(), 10);
-    view.hideArchived = false;
-    view.hideEnded = true;
-    EXPECT_EQ(Read(view, &all), (QStringList{"1202", "1203", "1205", "1206", "2301", "2304", "2306"}));
-    EXPECT_EQ(all.size(), 12);   // hidden numbers still count as taken
-
-    // The one grant asked for is shown, ended or not; nothing else.
-    view.grantActiv = "2303";
-    EXPECT_EQ(Read(view), QStringList{"2303"});
-    view.grantActiv = "";
-    EXPECT_EQ(Read(view).size(), 7);
-
-    // The user's permitted grants are prefixes; a trailing comma lets every grant through.
-    view = GrantPlanView();
-    view.userFilter = "23,1201";
-    EXPECT_EQ(Read(view), (QStringList{"1201", "2301", "2302", "2303", "2304", "2305", "2306"}));
-    view.userFilter = "2301,";
-    EXPECT_EQ(Read(view).size(), 12);
-    view.userFilter = "9";
-    EXPECT_TRUE(Read(view).isEmpty());
-    view.userFilter = "12";
-    view.grantActiv = "2303";
-    EXPECT_TRUE(Read(view).isEmpty());
+    const QStringList all12 = Grants();
+    ASSERT_EQ(all12.size(), 12);
+    QStringList notArchived = all12;
+    notArchived.removeAll("1204");
+    notArchived.removeAll("2305");
+    const QStringList running{"1202", "1203", "1205", "1206", "2301", "2304", "2306"};
+    const struct { GrantPlanView view; QStringList shown; } cases[] = {
+        {{}, all12},
+        {{.hideArchived = true}, notArchived},
+        {{.hideEnded = true}, running},
+        // The one grant asked for is shown, ended or not; nothing else.
+        {{.grantActiv = "2303", .hideEnded = true}, {"2303"}},
+        {{.grantActiv = "", .hideEnded = true}, running},
+        // The user's permitted grants are prefixes; a trailing comma lets every grant through.
+        {{.userFilter = "23,1201"}, {"1201", "2301", "2302", "2303", "2304", "2305", "2306"}},
+        {{.userFilter = "2301,"}, all12},
+        {{.userFilter = "9"}, {}},
+        {{.grantActiv = "2303", .userFilter = "12"}, {}}};
+    for (const auto &c : cases)
+        EXPECT_EQ(Read(c.view), c.shown) << c.view.grantActiv.toStdString() << ' ' << c.view.userFilter.toStdString();
+    QSet<QString> taken;
+    Read({.hideEnded = true}, &taken);
+    EXPECT_EQ(taken.size(), 12);   // hidden numbers still count as taken
 
     // Opening repairs a null Poskytnute.
     EXPECT_EQ(Column(Granty, "SELECT Poskytnute FROM GrantyPlan WHERE _grant='1206'"), QStringList{"0,00"});
 }
 
-TEST(GrantPlan, HeadingSortKeys)
+TEST(GrantPlan, HeadingSortKeysNumbersAndAmounts)
 {
     FreshDatabases(true);
-    EXPECT_EQ(GrantPlanSortKey(0), "_Grant");
-    EXPECT_EQ(GrantPlanSortKey(2), "castka3");   // the column of Poskytnute sorts by the remainder
-    EXPECT_EQ(GrantPlanSortKey(7), "castka2");
-    EXPECT_EQ(GrantPlanSortKey(8), "");
+    // The column of Poskytnute sorts by the remainder; a column without a key has "".
+    for (const auto &[column, key] : {std::pair{0, "_Grant"}, {2, "castka3"}, {7, "castka2"}, {8, ""}})
+        EXPECT_EQ(GrantPlanSortKey(column), key) << column;
     GrantPlanView view;
     view.sortKey = "cislo";
-    EXPECT_EQ(Read(view).first(), "2303");   // FW07010045, the first project number
-    EXPECT_EQ(Read(view).last(), "1204");    // TL05000127
+    const QStringList byProject = Read(view);
+    EXPECT_EQ(byProject.first(), "2303");   // FW07010045, the first project number
+    EXPECT_EQ(byProject.last(), "1204");    // TL05000127
     view.descending = true;
     view.sortKey = "_Grant";
     EXPECT_EQ(Read(view).first(), "2306");
     view.sortKey = "1; DROP TABLE GrantyPlan";   // never reaches the SQL
     EXPECT_EQ(Read(view).size(), 12);
-}
 
-TEST(GrantPlan, NumbersAndAmountsAsStored)
-{
-    EXPECT_EQ(GrantNumberProblem("1207"), "");
-    EXPECT_EQ(GrantNumberProblem("12a"), "Číslo GRANTu smí obsahovat jen číslice 0 až 9.");
-    EXPECT_EQ(GrantNumberProblem("12'; --"), "Číslo GRANTu smí obsahovat jen číslice 0 až 9.");
-    EXPECT_EQ(GrantNumberProblem(QString(21, '1')), "Číslo GRANTu smí mít nejvýše 20 číslic.");
-    EXPECT_EQ(GrantNumberProblem("999999"), "Číslo 999999 nelze použít jako číslo GRANTu.");
-
-    EXPECT_EQ(GrantAmountText(""), "0,00");
-    EXPECT_EQ(GrantAmountText("1234,5"), "1 234,50");
-    EXPECT_EQ(GrantAmountText("abc"), "0,00");
+    const QString digitsOnly = "Číslo GRANTu smí obsahovat jen číslice 0 až 9.";
+    for (const auto &[number, problem] : {std::pair{QString("1207"), QString()}, {QString("12a"), digitsOnly},
+                                          {QString("12'; --"), digitsOnly},
+                                          {QString(21, '1'), QString("Číslo GRANTu smí mít nejvýše 20 číslic.")},
+                                          {QString("999999"), QString("Číslo 999999 nelze použít jako číslo GRANTu.")}})
+        EXPECT_EQ(GrantNumberProblem(number), problem) << number.toStdString();
+    for (const auto &[text, shown] : {std::pair{"", "0,00"}, {"1234,5", "1 234,50"}, {"abc", "0,00"}})
+        EXPECT_EQ(GrantAmountText(text), shown) << text;
 }
 
 // --- the screen ------------------------------------------------------------------------
@@ -158,19 +157,18 @@ TEST(frmGrantPlan, GridColoursAndDetails)
     const auto colour = [&](const QString &grant) {
         return grid->index(RowOf(&screen, grant), 3).data(Qt::BackgroundRole).value<QColor>().rgb() & 0xFFFFFF;
     };
-    EXPECT_EQ(colour("1202"), 0xFFFFFFu);
-    EXPECT_EQ(colour("1201"), 0x00FF00u);   // ended
-    EXPECT_EQ(colour("1204"), 0xC0C0C0u);   // archived (and ended)
+    // White, green when ended, grey when archived (and ended).
+    for (const auto &[grant, rgb] : {std::pair{"1202", 0xFFFFFFu}, {"1201", 0x00FF00u}, {"1204", 0xC0C0C0u}})
+        EXPECT_EQ(colour(grant), rgb) << grant;
     // Blank values show as empty; a null Poskytnute shows "0,00".
     EXPECT_EQ(grid->index(RowOf(&screen, "1202"), 7).data().toString(), "");
     EXPECT_EQ(grid->index(RowOf(&screen, "1206"), 2).data().toString(), "0,00");
 
     EXPECT_EQ(Text(&screen, "Text4"), "1201");   // first row selected at opening
     SelectGrant(&screen, "1203");
-    EXPECT_EQ(Text(&screen, "Text4"), "1203");
-    EXPECT_EQ(Text(&screen, "Text5"), "1 250 000,00");
-    EXPECT_EQ(Text(&screen, "Text6"), "MUDr. Tomáš Bartoš, Ph.D.");
-    EXPECT_EQ(Text(&screen, "Text9"), "GAČR");
+    for (const auto &[name, text] : {std::pair{"Text4", "1203"}, {"Text5", "1 250 000,00"},
+                                     {"Text6", "MUDr. Tomáš Bartoš, Ph.D."}, {"Text9", "GAČR"}})
+        EXPECT_EQ(Text(&screen, name), QString::fromUtf8(text)) << name;
     EXPECT_EQ(Child<QLabel>(&screen, "PocetDocum")->text(), "2");
     SelectGrant(&screen, "1204");
     EXPECT_TRUE(Child<QCheckBox>(&screen, "Check1")->isChecked());
@@ -215,17 +213,12 @@ TEST(frmGrantPlan, AddRenameSaveDelete)
     EXPECT_EQ(Grid(&screen)->rowCount(), 13);
 
     // A number already there, an empty answer, Cancel: nothing, and not a word.
-    messages.inputs = {QString("1202"), QString(""), std::nullopt};
-    Click(&screen, "cmdNewRow");
-    Click(&screen, "cmdNewRow");
-    Click(&screen, "cmdNewRow");
+    ClickAnswering(&screen, "cmdNewRow", messages, {QString("1202"), QString(""), std::nullopt});
     EXPECT_TRUE(messages.shown.empty());
     EXPECT_EQ(Grants().size(), 13);
 
     // Letters or a quote are no grant number.
-    messages.inputs = {QString("12a"), QString("12'3")};
-    Click(&screen, "cmdNewRow");
-    Click(&screen, "cmdNewRow");
+    ClickAnswering(&screen, "cmdNewRow", messages, {QString("12a"), QString("12'3")});
     ASSERT_EQ(messages.shown.size(), 2u);
     EXPECT_EQ(messages.shown[1].text, "Číslo GRANTu smí obsahovat jen číslice 0 až 9.");
     EXPECT_EQ(Grants().size(), 13);
@@ -242,18 +235,14 @@ TEST(frmGrantPlan, AddRenameSaveDelete)
     EXPECT_FALSE(Column(Granty, "SELECT id FROM SkupUctuGrant WHERE `Grant`='1202'").isEmpty());
     EXPECT_TRUE(Column(Granty, "SELECT id FROM SkupUctuGrant WHERE `Grant`='1299'").isEmpty());
     // Onto a number that exists, or with a quote: nothing changes.
-    messages.inputs = {QString("1201"), QString("1'1")};
-    Click(&screen, "cmdEdit");
-    Click(&screen, "cmdEdit");
+    ClickAnswering(&screen, "cmdEdit", messages, {QString("1201"), QString("1'1")});
     EXPECT_EQ(Grants("WHERE _grant='1299'"), QStringList{"1299"});
     EXPECT_EQ(Grants().size(), 13);
 
     // Save: empty amounts as "0,00", other empty texts as one blank, quotes as typed.
     SelectGrant(&screen, "3001");
-    Child<QLineEdit>(&screen, "Text5")->setText("12345,5");
-    Child<QLineEdit>(&screen, "Text8")->setText("");
-    Child<QLineEdit>(&screen, "Text6")->setText("Dr. O'Brien");
-    Child<QLineEdit>(&screen, "Text3")->setText("01.01.2026");
+    for (const auto &[name, text] : {std::pair{"Text5", "12345,5"}, {"Text8", ""}, {"Text6", "Dr. O'Brien"}, {"Text3", "01.01.2026"}})
+        Child<QLineEdit>(&screen, name)->setText(text);
     Child<QCheckBox>(&screen, "Check1")->setChecked(true);
     Click(&screen, "cmdSave");
     EXPECT_EQ(Column(Granty, "SELECT CONCAT_WS('|', Castka1, Poskytnute, Castka2, zahajeni, ukonceni, agentura, archiv) "
@@ -288,8 +277,7 @@ TEST(frmGrantPlan, AddRenameSaveDelete)
     EXPECT_EQ(Column(Granty, "SELECT Castka FROM RozpocetFakt WHERE `Grant`='1203'"), QStringList{"10,00"});
     EXPECT_EQ(Text(&screen, "Text4"), "1201");   // the previous row
     // The number is free again.
-    messages.inputs = {QString("1203")};
-    Click(&screen, "cmdNewRow");
+    ClickAnswering(&screen, "cmdNewRow", messages, {QString("1203")});
     EXPECT_EQ(Grants("WHERE _grant='1203'").size(), 1);
 }
 
@@ -304,14 +292,11 @@ TEST(frmGrantPlan, DeletingTheLastRowClearsDetails)
     ScriptedMessages messages;
     Click(&screen, "cmdDelete");
     EXPECT_EQ(Grid(&screen)->rowCount(), 0);
-    EXPECT_EQ(Text(&screen, "Text4"), "");
-    EXPECT_EQ(Text(&screen, "Text5"), "");
-    EXPECT_EQ(Child<QLabel>(&screen, "PocetDocum")->text(), "");
+    EXPECT_EQ(Text(&screen, "Text4") + Text(&screen, "Text5") + Child<QLabel>(&screen, "PocetDocum")->text(), "");
     // With the list empty the commands do nothing and ask nothing.
     messages.shown.clear();
-    Click(&screen, "cmdDelete");
-    Click(&screen, "cmdSave");
-    Click(&screen, "cmdEdit");
+    for (const char *name : {"cmdDelete", "cmdSave", "cmdEdit"})
+        Click(&screen, name);
     EXPECT_TRUE(messages.shown.empty());
     EXPECT_EQ(Grants().size(), 11);
 }
@@ -325,7 +310,6 @@ TEST(frmGrantPlan, HideBoxesAreKeptInTheSettingsStore)
         screen.Load();
         Child<QCheckBox>(&screen, "Check2")->click();
         EXPECT_EQ(GetSetting("NASTAVENI", "ARCHIVNI"), "1");
-        EXPECT_EQ(RowOf(&screen, "1204"), -1);
         EXPECT_EQ(Grid(&screen)->rowCount(), 10);
         Child<QCheckBox>(&screen, "Check3")->click();
         EXPECT_EQ(GetSetting("NASTAVENI", "UKONCENE"), "1");
@@ -398,16 +382,13 @@ TEST(frmGrantPlan, CalendarAmountBoxesAndRights)
     EXPECT_EQ(Text(&screen, "Text1"), "30.06.2026");
 
     // Amount boxes are formatted when left; an emptied box gives "0,00".
-    auto *plan = Child<QLineEdit>(&screen, "Text5");
-    plan->setFocus();
-    plan->selectAll();
-    QTest::keyClicks(plan, "2500000,5");
-    QTest::keyClick(plan, Qt::Key_Tab);
-    EXPECT_EQ(plan->text(), "2 500 000,50");
-    auto *granted = Child<QLineEdit>(&screen, "Text8");
-    granted->setFocus();
-    granted->selectAll();
-    QTest::keyClick(granted, Qt::Key_Backspace);
-    QTest::keyClick(granted, Qt::Key_Tab);
-    EXPECT_EQ(granted->text(), "0,00");
+    for (const auto &[name, typed, shown] : {std::tuple{"Text5", "2500000,5", "2 500 000,50"}, {"Text8", "", "0,00"}}) {
+        auto *box = Child<QLineEdit>(&screen, name);
+        box->setFocus();
+        box->selectAll();
+        QTest::keyClick(box, Qt::Key_Backspace);
+        QTest::keyClicks(box, typed);
+        QTest::keyClick(box, Qt::Key_Tab);
+        EXPECT_EQ(box->text(), shown) << name;
+    }
 }
