@@ -20,25 +20,29 @@ const QString Granty = QString::fromLatin1(GrantyDbName);
 
 QAbstractItemModel *Grid(QWidget *screen) { return Child<QTableView>(screen, "DataGrid1")->model(); }
 
-// The row of the grid whose first column is text, or -1.
-int RowOf(QWidget *screen, int column, const QString &text)
+// The row of the grid with these texts in its first column and, when given, in another, or -1.
+int RowOf(QWidget *screen, const QString &first, int column = 0, const QString &text = QString())
 {
     QAbstractItemModel *m = Grid(screen);
     for (int r = 0; r < m->rowCount(); ++r)
-        if (m->index(r, column).data().toString() == text)
+        if (m->index(r, 0).data().toString() == first && (text.isNull() || m->index(r, column).data().toString() == text))
             return r;
     return -1;
 }
 
+void Click(QWidget *screen, const char *name) { Child<QPushButton>(screen, name)->click(); }
+bool Enabled(QWidget *screen, const char *name) { return Child<QPushButton>(screen, name)->isEnabled(); }
+QString Total(QWidget *screen) { return Child<QLineEdit>(screen, "txtCelkem0")->text(); }
+QString Count(const QString &sql) { return Column(Granty, sql).value(0); }
+
 QString Plan(const QString &grant, const QString &nazev)
 {
-    const QStringList v = Column(Granty, QStringLiteral("SELECT CONCAT(Castka_plan,'|',Zustatek,'|',Procent) FROM SkupUctuGrant "
-                                                        "WHERE `Grant`='%1' AND Nazev='%2'").arg(grant, nazev));
-    return v.value(0);
+    return Count(QStringLiteral("SELECT CONCAT(Castka_plan,'|',Zustatek,'|',Procent) FROM SkupUctuGrant "
+                                "WHERE `Grant`='%1' AND Nazev='%2'").arg(grant, nazev));
 }
 } // namespace
 
-TEST(frmStredisko, GridTotalsFindAndCompareForTheAdministrator)
+TEST(frmStredisko, GridTotalsFindCompareAndDeleteForTheAdministratorOnly)
 {
     FreshDatabases(true);
     LoginAs(2);
@@ -50,61 +54,44 @@ TEST(frmStredisko, GridTotalsFindAndCompareForTheAdministrator)
     ASSERT_EQ(grid->rowCount(), 96);
     EXPECT_EQ(grid->headerData(3, Qt::Horizontal).toString(), "Castka_plan");
     EXPECT_EQ(grid->index(0, 0).data().toString(), "1201");
-    // Totals over all rows, the sums of the stored texts.
-    const QStringList plans = Column(Granty, "SELECT Castka_plan FROM SkupUctuGrant");
-    double plan = 0;
-    for (const QString &p : plans)
-        plan += QString(p).remove(' ').replace(',', '.').toDouble();
-    EXPECT_EQ(Child<QLineEdit>(&screen, "txtCelkem0")->text(), QLocale(QLocale::Czech).toString(plan, 'f', 2).replace(QChar(0xA0), ' '));
-    EXPECT_TRUE(Child<QPushButton>(&screen, "cmdDelete")->isEnabled());
-    EXPECT_TRUE(Child<QPushButton>(&screen, "cmdCompare")->isEnabled());
+    EXPECT_EQ(Total(&screen), "27 796 000,00");   // the sum of the demo's 96 group budgets
+    EXPECT_TRUE(Enabled(&screen, "cmdDelete") && Enabled(&screen, "cmdCompare"));
     SaveScreen(&screen, "frmStredisko");
 
     auto *view = Child<QTableView>(&screen, "DataGrid1");
-    messages.inputs.push_back(QString("23"));
-    Child<QPushButton>(&screen, "cmdFind")->click();
+    messages.inputs = {QString("23"), QString("99'x")};
+    Click(&screen, "cmdFind");
     EXPECT_EQ(messages.prompts.value(0), "Zadejte číslo GRANTu:");
     EXPECT_EQ(grid->index(view->currentIndex().row(), 0).data().toString(), "2301");
-    messages.inputs.push_back(QString("99'x"));
-    Child<QPushButton>(&screen, "cmdFind")->click();
+    Click(&screen, "cmdFind");
     EXPECT_TRUE(messages.saw("GRANT 99'x není najden..."));
 
     // The demo leaves part of the budget unassigned in every third grant.
-    Child<QPushButton>(&screen, "cmdCompare")->click();
+    Click(&screen, "cmdCompare");
     const QString text = messages.lastText();
     EXPECT_TRUE(text.startsWith("Seznam GRANTu v porovnání rožpočtových částek a částek v Skupinach účtů\r\n\r\n"));
     EXPECT_EQ(text.count("Grant "), 4);
     EXPECT_TRUE(text.contains("Grant 1203\tRozpočet  plan: 1 250 000,00\tfakt: "));
     EXPECT_EQ(messages.shown.back().style, MsgInformation);
-}
 
-TEST(frmStredisko, DeleteAsksAndRemovesOneRowOnlyTheAdministratorMay)
-{
-    FreshDatabases(true);
-    LoginAs(2);
-    ScriptedMessages messages;
-    frmStredisko screen;
-    screen.load();
-    auto *view = Child<QTableView>(&screen, "DataGrid1");
-    view->selectRow(RowOf(&screen, 0, "1202"));
-    messages.answers.push_back(AnswerCancel);
-    Child<QPushButton>(&screen, "cmdDelete")->click();
+    // Delete asks first and removes the one row.
+    view->selectRow(RowOf(&screen, "1202"));
+    messages.answers = {AnswerCancel, AnswerOk};
+    Click(&screen, "cmdDelete");
     EXPECT_EQ(messages.shown.back().text, "Chcete opravdu zrušit položku ?");
     EXPECT_EQ(messages.shown.back().title, "Delete row");
-    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM SkupUctuGrant"), QStringList{"96"});
-    const QString before = Child<QLineEdit>(&screen, "txtCelkem0")->text();
-    messages.answers.push_back(AnswerOk);
-    Child<QPushButton>(&screen, "cmdDelete")->click();
-    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM SkupUctuGrant"), QStringList{"95"});
-    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM SkupUctuGrant WHERE `Grant`='1202'"), QStringList{"7"});
-    EXPECT_EQ(Grid(&screen)->rowCount(), 95);
-    EXPECT_NE(Child<QLineEdit>(&screen, "txtCelkem0")->text(), before);
+    EXPECT_EQ(Count("SELECT COUNT(*) FROM SkupUctuGrant"), "96");
+    const QString before = Total(&screen);
+    Click(&screen, "cmdDelete");
+    EXPECT_EQ(Count("SELECT COUNT(*) FROM SkupUctuGrant"), "95");
+    EXPECT_EQ(Count("SELECT COUNT(*) FROM SkupUctuGrant WHERE `Grant`='1202'"), "7");
+    EXPECT_EQ(grid->rowCount(), 95);
+    EXPECT_NE(Total(&screen), before);
 
     LoginAs(1);
     frmStredisko user;
     user.load();
-    EXPECT_FALSE(Child<QPushButton>(&user, "cmdDelete")->isEnabled());
-    EXPECT_FALSE(Child<QPushButton>(&user, "cmdCompare")->isEnabled());
+    EXPECT_FALSE(Enabled(&user, "cmdDelete") || Enabled(&user, "cmdCompare"));
     SaveScreen(&user, "frmStredisko_uzivatel");
 }
 
@@ -117,10 +104,7 @@ TEST(frmStredisko, OnlyTheBudgetIsEditedAndNeverBeyondTheGrantsBudget)
     screen.load();
     QAbstractItemModel *grid = Grid(&screen);
     // Grant 1203 has 1 250 000,00 and its groups take 1 063 000,00.
-    int row = -1;
-    for (int r = 0; r < grid->rowCount(); ++r)
-        if (grid->index(r, 0).data() == "1203" && grid->index(r, 2).data() == "Cestovné")
-            row = r;
+    const int row = RowOf(&screen, "1203", 2, "Cestovné");
     ASSERT_GE(row, 0);
     const QString before = Plan("1203", "Cestovné");
     EXPECT_FALSE(grid->flags(grid->index(row, 2)) & Qt::ItemIsEditable);
@@ -134,17 +118,17 @@ TEST(frmStredisko, OnlyTheBudgetIsEditedAndNeverBeyondTheGrantsBudget)
     EXPECT_EQ(Plan("1203", "Cestovné"), before);
     EXPECT_EQ(grid->index(row, 3).data().toString(), "42 000,00");
 
-    const QString total = Child<QLineEdit>(&screen, "txtCelkem0")->text();
+    const QString total = Total(&screen);
     ASSERT_TRUE(grid->setData(grid->index(row, 3), "50000"));
     EXPECT_EQ(grid->index(row, 3).data().toString(), "50 000,00");
     const QString stored = Plan("1203", "Cestovné");
     EXPECT_TRUE(stored.startsWith("50 000,00|"));
     EXPECT_EQ(stored.section('|', 1, 1), grid->index(row, 5).data().toString());
-    EXPECT_NE(Child<QLineEdit>(&screen, "txtCelkem0")->text(), total);
+    EXPECT_NE(Total(&screen), total);
     // Up to the budget exactly is allowed.
     EXPECT_TRUE(grid->setData(grid->index(row, 3), "229 000,00"));
     // The comparison still reports the groups as the screen found them on opening.
-    Child<QPushButton>(&screen, "cmdCompare")->click();
+    Click(&screen, "cmdCompare");
     EXPECT_TRUE(messages.lastText().contains("Grant 1203\tRozpočet  plan: 1 250 000,00\tfakt: 1 063 000,00\r\n"));
 }
 
@@ -183,18 +167,17 @@ TEST(frmStavyUctu, CatalogueEditedAddedDeletedAndTidiedOnClose)
     ASSERT_EQ(grid->rowCount(), 8);
     EXPECT_EQ(grid->index(0, 0).data().toString(), "-602*");   // sorted by the filter text
     auto *view = Child<QTableView>(&screen, "DataGrid1");
-    view->selectRow(RowOf(&screen, 0, "521*,524*,527*"));
+    view->selectRow(RowOf(&screen, "521*,524*,527*"));
     EXPECT_EQ(Child<QPlainTextEdit>(&screen, "txtUcty")->toPlainText(), "521*, 524*, 527*");
     SaveScreen(&screen, "frmStavyUctu");
 
-    Child<QPushButton>(&screen, "cmdAdd")->click();
+    Click(&screen, "cmdAdd");
     ASSERT_EQ(grid->rowCount(), 9);
     EXPECT_EQ(Column(Granty, "SELECT CONCAT(Ucet,'|',Nazev,'|',Castka,'|',Zustatek) FROM SkupUctu WHERE Ucet=''"),
               QStringList{"||0,00|0,00"});
     const int row = grid->rowCount() - 1;
-    ASSERT_TRUE(grid->setData(grid->index(row, 0), "501*,\r\n,,502*"));
-    ASSERT_TRUE(grid->setData(grid->index(row, 1), "  Materiál laboratoř "));
-    ASSERT_TRUE(grid->setData(grid->index(row, 2), ""));
+    for (const auto &[column, text] : {std::pair{0, "501*,\r\n,,502*"}, {1, "  Materiál laboratoř "}, {2, ""}})
+        ASSERT_TRUE(grid->setData(grid->index(row, column), QString::fromUtf8(text))) << column;
     EXPECT_EQ(grid->index(row, 2).data().toString(), "0,00");
     ASSERT_TRUE(grid->setData(grid->index(row, 2), "2500"));
     EXPECT_EQ(grid->index(row, 3).data().toString(), "2500");
@@ -203,20 +186,20 @@ TEST(frmStavyUctu, CatalogueEditedAddedDeletedAndTidiedOnClose)
     EXPECT_FALSE(grid->setData(grid->index(row, 1), QString::fromUtf8("漢字")));
     EXPECT_EQ(messages.shown.back().style, MsgCritical);
     view->selectRow(row);
-    Child<QPushButton>(&screen, "cmdInsert")->click();
+    Click(&screen, "cmdInsert");
     EXPECT_EQ(grid->index(row, 0).data().toString(), "501*,\r\n,,502*, 501100, 503");
 
-    view->selectRow(RowOf(&screen, 0, "551*"));
-    messages.answers.push_back(AnswerOk);
-    Child<QPushButton>(&screen, "cmdDelete")->click();
+    view->selectRow(RowOf(&screen, "551*"));
+    messages.answers = {AnswerOk};
+    Click(&screen, "cmdDelete");
     EXPECT_EQ(messages.shown.back().text, "Chcete opravdu zrušit skupinu ?");
     EXPECT_EQ(messages.shown.back().title, "Zrušit záznam ?");
     EXPECT_TRUE(Column(Granty, "SELECT id FROM SkupUctu WHERE Ucet='551*'").isEmpty());
 
-    Child<QPushButton>(&screen, "cmdClose")->click();
+    Click(&screen, "cmdClose");
     EXPECT_EQ(Column(Granty, "SELECT CONCAT(Ucet,'|',Nazev,'|',Castka,'|',Zustatek) FROM SkupUctu WHERE Nazev LIKE 'Materiál l%'"),
               QStringList{"501*,,502*, 501100, 503|Materiál laboratoř|2 500,00|2 500,00"});
-    EXPECT_EQ(Column(Granty, "SELECT COUNT(*) FROM SkupUctu"), QStringList{"8"});
+    EXPECT_EQ(Count("SELECT COUNT(*) FROM SkupUctu"), "8");
     SetAccountPicker(nullptr);
 }
 
@@ -232,11 +215,11 @@ TEST(frmStavyUctu, ViewUctyShowsWithoutChangingAnything)
     QAbstractItemModel *grid = Grid(&screen);
     ASSERT_EQ(grid->rowCount(), 9);
     for (const char *name : {"cmdAdd", "cmdInsert", "cmdDelete"})
-        EXPECT_FALSE(Child<QPushButton>(&screen, name)->isEnabled()) << name;
+        EXPECT_FALSE(Enabled(&screen, name)) << name;
     EXPECT_FALSE(grid->flags(grid->index(0, 1)) & Qt::ItemIsEditable);
     EXPECT_FALSE(grid->setData(grid->index(0, 1), "x"));
     SaveScreen(&screen, "frmStavyUctu_ViewUcty");
-    Child<QPushButton>(&screen, "cmdSelect")->click();
+    Click(&screen, "cmdSelect");
     EXPECT_EQ(Column(Granty, "SELECT CONCAT(Ucet,'|',Nazev,'|',Castka) FROM SkupUctu WHERE Castka='10'"),
               QStringList{" 7*,,8* | Výnosy |10"});
     EXPECT_TRUE(messages.shown.empty());
