@@ -6,7 +6,6 @@
 #include "support/testenv.h"
 
 #include <QComboBox>
-#include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
@@ -14,19 +13,37 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <tuple>
+#include <utility>
+
 using namespace testenv;
 
 namespace {
-QString cell(QTableWidget *grid, int row, int column)
-{
-    const QTableWidgetItem *item = grid->item(row, column);
-    return item ? item->text() : QString();
-}
-
 QString duplicateMessage(const QString &value)
 {
     return "Zadána hodnota  " + value + "  v seznamu již existuje, opakujte prosím volbu.";
 }
+
+// The users screen as the demo user of a role opens it on fresh demo data, after what a
+// test changes before the login; the messages are recorded.
+struct UsersScreen {
+    explicit UsersScreen(int role, const std::function<void()> &before = {})
+        : ready((FreshDatabases(true), before ? before() : void(), LoginAs(role), true)) {}
+    bool ready;
+    ScriptedMessages messages;
+    frmLoginUser screen;
+    QTableWidget *grid = Child<QTableWidget>(&screen, "MSFlexGrid1");
+
+    QString cell(int row, int column) const
+    {
+        const QTableWidgetItem *item = grid->item(row, column);
+        return item ? item->text() : QString();
+    }
+    QLineEdit *edit(const char *name) { return Child<QLineEdit>(&screen, name); }
+    QComboBox *combo(const char *name) { return Child<QComboBox>(&screen, name); }
+    QPushButton *button(const char *name) { return Child<QPushButton>(&screen, name); }
+};
 } // namespace
 
 TEST(Roles, ListPositionsAndNames)
@@ -66,92 +83,84 @@ TEST(Roles, ListPositionsAndNames)
 TEST(UserGrantFilter, PickBackspaceAndDoubledCommas)
 {
     ScriptedMessages messages;
-    EXPECT_EQ(FilterAfterPick("0", "12"), "12,");
-    EXPECT_EQ(FilterAfterPick("", "12"), "12,");
-    EXPECT_EQ(FilterAfterPick("0,", "7"), "7,");
-    EXPECT_EQ(FilterAfterPick("12,", "34"), "12,34,");
-    EXPECT_EQ(FilterAfterPick("12,,34,", "5"), "1234,5,");   // doubled commas vanish when read
-    EXPECT_TRUE(messages.shown.empty());
+    // (filter, picked grant, filter after, refused): doubled commas vanish when read; "1"
+    // is not "12": whole items are compared.
+    const std::tuple<const char *, const char *, const char *, bool> picks[] = {
+        {"0", "12", "12,", false},          {"", "12", "12,", false},   {"0,", "7", "7,", false},
+        {"12,", "34", "12,34,", false},     {"12,,34,", "5", "1234,5,", false},
+        {"12,34,", "12", "12,34,", true},   {"12,", "1", "12,1,", false},
+    };
+    for (const auto &[filter, grant, after, refused] : picks) {
+        const size_t before = messages.shown.size();
+        EXPECT_EQ(FilterAfterPick(filter, grant), after) << filter << " + " << grant;
+        ASSERT_EQ(messages.shown.size(), before + (refused ? 1 : 0)) << filter << " + " << grant;
+        if (refused)
+            EXPECT_EQ(messages.shown.back().text, duplicateMessage(grant));
+    }
 
-    EXPECT_EQ(FilterAfterPick("12,34,", "12"), "12,34,");
-    ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_EQ(messages.shown[0].text, duplicateMessage("12"));
-    // "1" is not "12": whole items are compared.
-    EXPECT_EQ(FilterAfterPick("12,", "1"), "12,1,");
-
-    EXPECT_EQ(FilterAfterBackspace("12,"), "0");
-    EXPECT_EQ(FilterAfterBackspace("12"), "0");
-    EXPECT_EQ(FilterAfterBackspace(""), "0");
-    EXPECT_EQ(FilterAfterBackspace("12,34,"), "12,");
-    EXPECT_EQ(FilterAfterBackspace("12,34"), "12,");
+    const std::pair<const char *, const char *> backspaces[] = {
+        {"12,", "0"}, {"12", "0"}, {"", "0"}, {"12,34,", "12,"}, {"12,34", "12,"},
+    };
+    for (const auto &[filter, after] : backspaces)
+        EXPECT_EQ(FilterAfterBackspace(filter), after) << filter;
 
     EXPECT_EQ(ReadFilterText(" 12,,34, "), "1234,");
 }
 
 TEST(LoginUser, AdministratorSeesEveryUserInEightColumnsAndFiltersByRole)
 {
-    FreshDatabases(true);
-    LoginAs(2);
-    ScriptedMessages messages;
-    frmLoginUser screen;
-    auto *grid = Child<QTableWidget>(&screen, "MSFlexGrid1");
-    ASSERT_EQ(grid->columnCount(), 8);
-    EXPECT_EQ(grid->horizontalHeaderItem(1)->text(), "   Příjmení");
-    EXPECT_EQ(grid->horizontalHeaderItem(7)->text(), "     Filtr GRANTu");
-    ASSERT_EQ(grid->rowCount(), 6);
+    UsersScreen u(2);
+    ASSERT_EQ(u.grid->columnCount(), 8);
+    EXPECT_EQ(u.grid->horizontalHeaderItem(1)->text(), "   Příjmení");
+    EXPECT_EQ(u.grid->horizontalHeaderItem(7)->text(), "     Filtr GRANTu");
+    ASSERT_EQ(u.grid->rowCount(), 6);
     // Ordered by role: the user (1) first, the super user (6) last.
-    EXPECT_EQ(cell(grid, 0, 0), "1.");
-    EXPECT_EQ(cell(grid, 0, 1), "Nováková");
-    EXPECT_EQ(cell(grid, 0, 6), "Uživatel");
-    EXPECT_EQ(cell(grid, 4, 6), "Správce objednávek");
-    EXPECT_EQ(cell(grid, 5, 0), "6.");
-    EXPECT_EQ(cell(grid, 5, 6), "Super uživatel");
-    EXPECT_EQ(cell(grid, 1, 4), "svoboda");
-    EXPECT_EQ(cell(grid, 1, 5), "admin2");
+    const std::tuple<int, int, const char *> cells[] = {
+        {0, 0, "1."}, {0, 1, "Nováková"}, {0, 6, "Uživatel"}, {4, 6, "Správce objednávek"},
+        {5, 0, "6."}, {5, 6, "Super uživatel"}, {1, 4, "svoboda"}, {1, 5, "admin2"},
+    };
+    for (const auto &[row, column, text] : cells)
+        EXPECT_EQ(u.cell(row, column), text) << row << "," << column;
 
-    auto *typ = Child<QComboBox>(&screen, "cmbTyp0");
+    auto *typ = u.combo("cmbTyp0");
     EXPECT_EQ(typ->count(), 6);
     EXPECT_EQ(typ->itemText(5), "Správce objedávek");
-    for (const char *locked : {"txtUser", "txtJmeno", "txtPrijmeni", "txtFiltr"})
-        EXPECT_TRUE(Child<QLineEdit>(&screen, locked)->isEnabled()) << locked;
-    EXPECT_TRUE(Child<QPushButton>(&screen, "cmdAdd")->isEnabled());
+    for (const char *open : {"txtUser", "txtJmeno", "txtPrijmeni", "txtFiltr"})
+        EXPECT_TRUE(u.edit(open)->isEnabled()) << open;
+    EXPECT_TRUE(u.button("cmdAdd")->isEnabled());
 
     // The order manager row picks position 5 of the list through the grid's spelling.
-    grid->setCurrentCell(4, 1);
+    u.grid->setCurrentCell(4, 1);
     EXPECT_EQ(typ->currentIndex(), 5);
-    EXPECT_EQ(Child<QLineEdit>(&screen, "txtUser")->text(), "prochazkova");
-    SaveScreen(&screen, "frmLoginUser_role2");
+    EXPECT_EQ(u.edit("txtUser")->text(), "prochazkova");
+    SaveScreen(&u.screen, "frmLoginUser_role2");
 
-    Child<QComboBox>(&screen, "cmbTyp1")->setCurrentIndex(4);   // "Lékárna"
-    ASSERT_EQ(grid->rowCount(), 1);
-    EXPECT_EQ(cell(grid, 0, 1), "Dvořáková");
-    Child<QComboBox>(&screen, "cmbTyp1")->setCurrentIndex(0);
-    EXPECT_EQ(grid->rowCount(), 6);
-    EXPECT_TRUE(messages.shown.empty());
+    u.combo("cmbTyp1")->setCurrentIndex(4);   // "Lékárna"
+    ASSERT_EQ(u.grid->rowCount(), 1);
+    EXPECT_EQ(u.cell(0, 1), "Dvořáková");
+    u.combo("cmbTyp1")->setCurrentIndex(0);
+    EXPECT_EQ(u.grid->rowCount(), 6);
+    EXPECT_TRUE(u.messages.shown.empty());
 }
 
 TEST(LoginUser, NonAdministratorSeesOwnRowAndChangesOnlyTitleAndPassword)
 {
-    FreshDatabases(true);
-    LoginAs(1);
-    ScriptedMessages messages;
-    frmLoginUser screen;
-    auto *grid = Child<QTableWidget>(&screen, "MSFlexGrid1");
-    EXPECT_EQ(grid->columnCount(), 3);
-    ASSERT_EQ(grid->rowCount(), 1);
-    EXPECT_EQ(cell(grid, 0, 1), "Nováková");
+    UsersScreen u(1);
+    EXPECT_EQ(u.grid->columnCount(), 3);
+    ASSERT_EQ(u.grid->rowCount(), 1);
+    EXPECT_EQ(u.cell(0, 1), "Nováková");
     for (const char *locked : {"txtUser", "txtJmeno", "txtPrijmeni", "txtFiltr"})
-        EXPECT_FALSE(Child<QLineEdit>(&screen, locked)->isEnabled()) << locked;
+        EXPECT_FALSE(u.edit(locked)->isEnabled()) << locked;
     for (const char *locked : {"cmbTyp0", "cmbTyp1", "Combo2"})
-        EXPECT_FALSE(Child<QComboBox>(&screen, locked)->isEnabled()) << locked;
-    EXPECT_FALSE(Child<QPushButton>(&screen, "cmdAdd")->isEnabled());
-    EXPECT_FALSE(Child<QPushButton>(&screen, "cmdDelete")->isEnabled());
-    SaveScreen(&screen, "frmLoginUser_role1");
+        EXPECT_FALSE(u.combo(locked)->isEnabled()) << locked;
+    for (const char *locked : {"cmdAdd", "cmdDelete"})
+        EXPECT_FALSE(u.button(locked)->isEnabled()) << locked;
+    SaveScreen(&u.screen, "frmLoginUser_role1");
 
-    Child<QLineEdit>(&screen, "txtTitul")->setText("Mgr.");
-    Child<QLineEdit>(&screen, "txtHeslo")->setText("nove-heslo ");
-    Child<QPushButton>(&screen, "cmdSave")->click();
-    EXPECT_TRUE(messages.saw("Akce byla úspěšně provedena..."));
+    u.edit("txtTitul")->setText("Mgr.");
+    u.edit("txtHeslo")->setText("nove-heslo ");
+    u.button("cmdSave")->click();
+    EXPECT_TRUE(u.messages.saw("Akce byla úspěšně provedena..."));
     EXPECT_EQ(Column(SysDbName, "SELECT CONCAT_WS('|', titul, password, typ, filtr_grant, login) FROM sys_users "
                                 "WHERE prijmeni = 'Nováková'"),
               QStringList{"Mgr.|nove-heslo|1|0|novakova"});
@@ -159,115 +168,104 @@ TEST(LoginUser, NonAdministratorSeesOwnRowAndChangesOnlyTitleAndPassword)
 
 TEST(LoginUser, AddSaveAndDeleteAskTheirQuestions)
 {
-    FreshDatabases(true);
-    LoginAs(2);
-    ScriptedMessages messages;
-    frmLoginUser screen;
-    auto *grid = Child<QTableWidget>(&screen, "MSFlexGrid1");
+    UsersScreen u(2);
+    ScriptedMessages &messages = u.messages;
+    auto count = [](const QString &where) {
+        return Column(SysDbName, "SELECT COUNT(*) FROM sys_users" + where).value(0);
+    };
 
     messages.answers = {AnswerCancel};
-    Child<QPushButton>(&screen, "cmdAdd")->click();
+    u.button("cmdAdd")->click();
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(messages.shown[0].text, "Opravdu si přejete přídat nového uživatele? ");
     EXPECT_EQ(messages.shown[0].title, "Informace");
     EXPECT_EQ(messages.shown[0].style, MsgQuestionOkCancel);
-    EXPECT_EQ(Column(SysDbName, "SELECT COUNT(*) FROM sys_users"), QStringList{"6"});
+    EXPECT_EQ(count(""), "6");
 
     messages.answers = {AnswerOk};
-    Child<QPushButton>(&screen, "cmdAdd")->click();
-    EXPECT_EQ(grid->rowCount(), 7);
-    const QString key = Child<QLineEdit>(&screen, "txtIDPac")->text();
+    u.button("cmdAdd")->click();
+    EXPECT_EQ(u.grid->rowCount(), 7);
+    const QString key = u.edit("txtIDPac")->text();
     EXPECT_EQ(Column(SysDbName, "SELECT _key FROM sys_users WHERE jmeno = ''"), QStringList{key});
 
-    Child<QLineEdit>(&screen, "txtPrijmeni")->setText("O'Brien'; DROP TABLE sys_users; --");
-    Child<QLineEdit>(&screen, "txtJmeno")->setText("  Eva ");
-    Child<QLineEdit>(&screen, "txtUser")->setText("obrien");
-    Child<QLineEdit>(&screen, "txtHeslo")->setText("x' OR '1'='1");
-    Child<QComboBox>(&screen, "cmbTyp0")->setCurrentIndex(3);   // "Lékárna"
-    Child<QLineEdit>(&screen, "txtFiltr")->setText("12,,34,");
-    Child<QPushButton>(&screen, "cmdSave")->click();
+    const std::pair<const char *, const char *> typed[] = {
+        {"txtPrijmeni", "O'Brien'; DROP TABLE sys_users; --"}, {"txtJmeno", "  Eva "},
+        {"txtUser", "obrien"}, {"txtHeslo", "x' OR '1'='1"}, {"txtFiltr", "12,,34,"},
+    };
+    for (const auto &[name, text] : typed)
+        u.edit(name)->setText(text);
+    u.combo("cmbTyp0")->setCurrentIndex(3);   // "Lékárna"
+    u.button("cmdSave")->click();
     EXPECT_EQ(messages.lastText(), "Akce byla úspěšně provedena...");
     EXPECT_EQ(Column(SysDbName, "SELECT CONCAT_WS('|', prijmeni, jmeno, login, password, typ, filtr_grant) "
                                 "FROM sys_users WHERE _key = " + key),
               QStringList{"O'Brien'; DROP TABLE sys_users; --|Eva|obrien|x' OR '1'='1|3|1234,"});
     // The grid row changed in place.
-    const int row = grid->currentRow();
+    const int row = u.grid->currentRow();
     ASSERT_GE(row, 0);
-    EXPECT_EQ(cell(grid, row, 2), "Eva");
-    EXPECT_EQ(cell(grid, row, 6), "Lékárna");
+    EXPECT_EQ(u.cell(row, 2), "Eva");
+    EXPECT_EQ(u.cell(row, 6), "Lékárna");
 
     messages.answers = {AnswerCancel};
-    Child<QPushButton>(&screen, "cmdDelete")->click();
+    u.button("cmdDelete")->click();
     EXPECT_EQ(messages.lastText(), "Opravdu si přejete smazat uživatele? ");
-    EXPECT_EQ(Column(SysDbName, "SELECT COUNT(*) FROM sys_users"), QStringList{"7"});
+    EXPECT_EQ(count(""), "7");
     messages.answers = {AnswerOk};
-    Child<QPushButton>(&screen, "cmdDelete")->click();
-    EXPECT_EQ(Column(SysDbName, "SELECT COUNT(*) FROM sys_users WHERE _key = " + key), QStringList{"0"});
-    EXPECT_EQ(grid->rowCount(), 6);
+    u.button("cmdDelete")->click();
+    EXPECT_EQ(count(" WHERE _key = " + key), "0");
+    EXPECT_EQ(u.grid->rowCount(), 6);
 
     // Nothing selected after the delete: a warning, no question.
     const size_t before = messages.shown.size();
-    Child<QPushButton>(&screen, "cmdDelete")->click();
+    u.button("cmdDelete")->click();
     ASSERT_EQ(messages.shown.size(), before + 1);
     EXPECT_EQ(messages.shown.back().style, MsgWarning);
 }
 
 TEST(LoginUser, RoleZeroShowsAsSuperUserAndForeignCharacterIsRefused)
 {
-    FreshDatabases(true);
-    Exec(SysDbName, "UPDATE sys_users SET typ = 0 WHERE login = 'cerny'");
-    LoginAs(2);
-    ScriptedMessages messages;
-    frmLoginUser screen;
-    auto *grid = Child<QTableWidget>(&screen, "MSFlexGrid1");
-    ASSERT_EQ(cell(grid, 0, 1), "Černý");   // role 0 sorts first
-    EXPECT_EQ(cell(grid, 0, 6), "Super uživatel");
-    grid->setCurrentCell(0, 1);
-    EXPECT_EQ(Child<QComboBox>(&screen, "cmbTyp0")->currentIndex(), 2);
+    UsersScreen u(2, [] { Exec(SysDbName, "UPDATE sys_users SET typ = 0 WHERE login = 'cerny'"); });
+    ASSERT_EQ(u.cell(0, 1), "Černý");   // role 0 sorts first
+    EXPECT_EQ(u.cell(0, 6), "Super uživatel");
+    u.grid->setCurrentCell(0, 1);
+    EXPECT_EQ(u.combo("cmbTyp0")->currentIndex(), 2);
 
-    Child<QLineEdit>(&screen, "txtTitul")->setText("Ωmega");
-    Child<QPushButton>(&screen, "cmdSave")->click();
-    ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_EQ(messages.shown[0].style, MsgCritical);
-    EXPECT_TRUE(messages.shown[0].text.contains("titul")) << messages.shown[0].text.toStdString();
+    u.edit("txtTitul")->setText("Ωmega");
+    u.button("cmdSave")->click();
+    ASSERT_EQ(u.messages.shown.size(), 1u);
+    EXPECT_EQ(u.messages.shown[0].style, MsgCritical);
+    EXPECT_TRUE(u.messages.shown[0].text.contains("titul")) << u.messages.shown[0].text.toStdString();
     EXPECT_EQ(Column(SysDbName, "SELECT typ FROM sys_users WHERE login = 'cerny'"), QStringList{"0"});
 }
 
 TEST(LoginUser, GrantPicksAndBackspaceInTheFilterField)
 {
-    FreshDatabases(true);
-    LoginAs(2);
-    ScriptedMessages messages;
-    frmLoginUser screen;
-    auto *combo = Child<QComboBox>(&screen, "Combo2");
-    auto *filter = Child<QLineEdit>(&screen, "txtFiltr");
-    const QStringList grants = Column(GrantyDbName, "SELECT _GRANT FROM GrantyPlan");
-    ASSERT_EQ(combo->count(), grants.size());
+    UsersScreen u(2);
+    auto *combo = u.combo("Combo2");
+    auto *filter = u.edit("txtFiltr");
+    ASSERT_EQ(combo->count(), Column(GrantyDbName, "SELECT _GRANT FROM GrantyPlan").size());
     ASSERT_GE(combo->count(), 2) << "the demo grants are needed";
+    const QString first = combo->itemText(0) + ",";
 
-    Child<QTableWidget>(&screen, "MSFlexGrid1")->setCurrentCell(0, 1);
+    u.grid->setCurrentCell(0, 1);
     ASSERT_EQ(filter->text(), "0");
     emit combo->activated(0);
-    EXPECT_EQ(filter->text(), combo->itemText(0) + ",");
+    EXPECT_EQ(filter->text(), first);
     emit combo->activated(1);
-    EXPECT_EQ(filter->text(), combo->itemText(0) + "," + combo->itemText(1) + ",");
+    EXPECT_EQ(filter->text(), first + combo->itemText(1) + ",");
     emit combo->activated(0);
-    EXPECT_EQ(messages.lastText(), duplicateMessage(combo->itemText(0)));
+    EXPECT_EQ(u.messages.lastText(), duplicateMessage(combo->itemText(0)));
 
     QTest::keyClick(filter, Qt::Key_Backspace);
-    EXPECT_EQ(filter->text(), combo->itemText(0) + ",");
+    EXPECT_EQ(filter->text(), first);
     QTest::keyClick(filter, Qt::Key_Backspace);
     EXPECT_EQ(filter->text(), "0");
 }
 
 TEST(LoginUser, MissingGrantTableLeavesThePickerEmptyWithoutMessage)
 {
-    FreshDatabases(true);
-    Exec(GrantyDbName, "DROP TABLE GrantyPlan");
-    LoginAs(2);
-    ScriptedMessages messages;
-    frmLoginUser screen;
-    EXPECT_EQ(Child<QComboBox>(&screen, "Combo2")->count(), 0);
-    EXPECT_EQ(Child<QTableWidget>(&screen, "MSFlexGrid1")->rowCount(), 6);
-    EXPECT_TRUE(messages.shown.empty());
+    UsersScreen u(2, [] { Exec(GrantyDbName, "DROP TABLE GrantyPlan"); });
+    EXPECT_EQ(u.combo("Combo2")->count(), 0);
+    EXPECT_EQ(u.grid->rowCount(), 6);
+    EXPECT_TRUE(u.messages.shown.empty());
 }
