@@ -9,30 +9,37 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 using namespace testenv;
 
-TEST(ConnStr, WorkstationFormKeepsKeywordOrder)
+namespace {
+// An option file of the given text in the session's scratch folder.
+QString optionFile(const QString &name, const QByteArray &text)
 {
+    const QString path = Session().TempDir + "/" + name;
+    QFile f(path);
+    EXPECT_TRUE(f.open(QIODevice::WriteOnly)) << path.toStdString();
+    f.write(text);
+    return path;
+}
+} // namespace
+
+TEST(ConnStr, WorkstationAndDeveloperFormsAndTheirKeywords)
+{
+    // The workstation form keeps its keyword order.
     EXPECT_EQ(BuildConnStr("fondarix_sys", "PC-17", "10.1.2.3", "3307"),
               "ODBC;DATABASE=fondarix_sys;DSN=10.1.2.3;PORT=3307;SERVER=10.1.2.3;UID=;CHARSET=cp1250;PWD=;OPTION=165932");
-}
-
-TEST(ConnStr, DeveloperFormOnlyForExactName)
-{
+    // The developer form only for the exact name.
     EXPECT_EQ(BuildConnStr("fondarix_granty", "DEVBOX-01", "10.1.2.3", "3307"),
               "ODBC;DATABASE=fondarix_granty;CHARSET=cp1250;DSN=127.0.0.1;PORT=3307;SERVER=127.0.0.1;UID=root;OPTION=165932");
     // The test is case-sensitive: a lower-case name is an ordinary workstation.
     EXPECT_TRUE(BuildConnStr("x", "devbox-01", "10.1.2.3", "3307").contains("SERVER=10.1.2.3"));
-}
 
-TEST(ConnStr, ParsedKeywords)
-{
     const auto keys = ParseConnStr(BuildConnStr("fondarix_sys", "PC", "127.0.0.1", "3307"));
-    EXPECT_EQ(keys.value("DATABASE"), "fondarix_sys");
-    EXPECT_EQ(keys.value("PORT"), "3307");
-    EXPECT_EQ(keys.value("SERVER"), "127.0.0.1");
-    EXPECT_EQ(keys.value("CHARSET"), "cp1250");
-    EXPECT_EQ(keys.value("OPTION"), "165932");
+    for (const auto &[key, value] : {std::pair{"DATABASE", "fondarix_sys"}, {"PORT", "3307"}, {"SERVER", "127.0.0.1"},
+                                     {"CHARSET", "cp1250"}, {"OPTION", "165932"}})
+        EXPECT_EQ(keys.value(key), value) << key;
 }
 
 TEST(ConnStr, PortFromFileAndCentreEmptyBeforeLogin)
@@ -47,11 +54,7 @@ TEST(ConnStr, PortFromFileAndCentreEmptyBeforeLogin)
 
 TEST(OptionFile, GroupMissingNamesTheFile)
 {
-    const QString path = Session().TempDir + "/other.cnf";
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write("[client]\nuser=x\n");
-    f.close();
+    const QString path = optionFile("other.cnf", "[client]\nuser=x\n");
     QString error;
     EXPECT_FALSE(ReadOptionFile(path, &error).has_value());
     EXPECT_TRUE(error.contains(path));
@@ -80,11 +83,7 @@ TEST(Connection, OptionFileWithoutGroupIsNamedBeforeTheFatalMessage)
 {
     FreshDatabases(false);
     const QByteArray saved = qgetenv("FONDARIX_MYCNF");
-    const QString path = Session().TempDir + "/bez-skupiny.cnf";
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write("[client]\nuser=fondarix\n");
-    f.close();
+    const QString path = optionFile("bez-skupiny.cnf", "[client]\nuser=fondarix\n");
     qputenv("FONDARIX_MYCNF", path.toLocal8Bit());
     ScriptedMessages messages;
     ProcessEndRecorder end;
