@@ -19,6 +19,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <utility>
 
 using namespace testenv;
 
@@ -51,13 +52,21 @@ struct Word {
     double yMax;
 };
 
+// What pdftotext makes of a PDF with the given option.
+QString pdftotext(const QString &option, const QString &path)
+{
+    QProcess p;
+    p.start(QStringLiteral("pdftotext"), {option, path, QStringLiteral("-")});
+    p.waitForFinished(30000);
+    return QString::fromUtf8(p.readAllStandardOutput());
+}
+
+QString pdfText(const QString &path) { return pdftotext(QStringLiteral("-layout"), path); }
+
 // Words of a PDF with their boxes, in points from the top-left corner of the page.
 QList<Word> pdfWords(const QString &path)
 {
-    QProcess p;
-    p.start(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), path, QStringLiteral("-")});
-    p.waitForFinished(30000);
-    const QString html = QString::fromUtf8(p.readAllStandardOutput());
+    const QString html = pdftotext(QStringLiteral("-bbox"), path);
     QList<Word> words;
     static const QRegularExpression word(
         QStringLiteral("<word xMin=\"([0-9.]+)\" yMin=\"([0-9.]+)\" xMax=\"[0-9.]+\" yMax=\"([0-9.]+)\">([^<]*)</word>"));
@@ -66,14 +75,6 @@ QList<Word> pdfWords(const QString &path)
         words << Word{m.captured(4), m.captured(1).toDouble(), m.captured(2).toDouble(), m.captured(3).toDouble()};
     }
     return words;
-}
-
-QString pdfText(const QString &path)
-{
-    QProcess p;
-    p.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), path, QStringLiteral("-")});
-    p.waitForFinished(30000);
-    return QString::fromUtf8(p.readAllStandardOutput());
 }
 } // namespace
 
@@ -104,23 +105,19 @@ TEST(PageSetup, DefaultsAndStoredValues)
 
 TEST(PageSetup, MillimetreAndInchTexts)
 {
-    EXPECT_EQ(MillimetresText(MarginInches("0,31596")), "8,03");
-    EXPECT_EQ(MillimetresText(MarginInches("0.5")), "12,7");
-    EXPECT_EQ(MillimetresText(MarginInches("1")), "25,4");
-    EXPECT_EQ(MillimetresText(MarginInches("0")), "0");
-    EXPECT_DOUBLE_EQ(MarginInches("abc"), 0.31596);
-    EXPECT_DOUBLE_EQ(MarginInches("-1"), 0.31596);
+    for (const auto &[stored, mm] : {std::pair{"0,31596", "8,03"}, {"0.5", "12,7"}, {"1", "25,4"}, {"0", "0"}})
+        EXPECT_EQ(MillimetresText(MarginInches(stored)), mm) << stored;
+    for (const char *bad : {"abc", "-1"})
+        EXPECT_DOUBLE_EQ(MarginInches(bad), 0.31596) << bad;
 
+    for (const auto &[mm, stored] : {std::pair{"12,7", "0,50000"}, {"8", "0,31496"}, {"0", "0,00000"}}) {
+        QString inches;
+        EXPECT_TRUE(InchesText(mm, &inches)) << mm;
+        EXPECT_EQ(inches, stored) << mm;
+    }
     QString inches;
-    ASSERT_TRUE(InchesText("12,7", &inches));
-    EXPECT_EQ(inches, "0,50000");
-    ASSERT_TRUE(InchesText("8", &inches));
-    EXPECT_EQ(inches, "0,31496");
-    ASSERT_TRUE(InchesText("0", &inches));
-    EXPECT_EQ(inches, "0,00000");
-    EXPECT_FALSE(InchesText("8,,5", &inches));
-    EXPECT_FALSE(InchesText("", &inches));
-    EXPECT_FALSE(InchesText("100,5", &inches));
+    for (const char *bad : {"8,,5", "", "100,5"})
+        EXPECT_FALSE(InchesText(bad, &inches)) << bad;
 
     EXPECT_EQ(MarginTyped("1a2.5"), "12,5");
     EXPECT_EQ(MarginTyped("-3 mm"), "3");
@@ -166,12 +163,13 @@ TEST(PageSetup, EditorSavesInInchesAndStornoSavesNothing)
     retype(field(screen, "txtRight"), "5");
     ok->click();
     EXPECT_EQ(screen.result(), QDialog::Accepted);
-    EXPECT_EQ(stored("margin_left"), "0,49213");
-    EXPECT_EQ(stored("margin_right"), "0,19685");
-    EXPECT_EQ(stored("margin_top"), "0,00000");
-    EXPECT_EQ(stored("margin_bottom"), "0,31614");   // 8,03 mm as shown
-    EXPECT_EQ(stored("header"), "&w&bStrana &p z &P");
-    EXPECT_EQ(stored("footer"), "&d");
+    // The bottom margin is the 8,03 mm shown, not the default it came from.
+    const std::pair<const char *, const char *> saved[] = {
+        {"margin_left", "0,49213"}, {"margin_right", "0,19685"}, {"margin_top", "0,00000"},
+        {"margin_bottom", "0,31614"}, {"header", "&w&bStrana &p z &P"}, {"footer", "&d"},
+    };
+    for (const auto &[name, value] : saved)
+        EXPECT_EQ(stored(name), value) << name;
 }
 
 TEST(PageSetup, MailHostConfiguredElseDefault)
