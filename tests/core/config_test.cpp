@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 using namespace testenv;
 
 namespace {
@@ -17,14 +19,13 @@ QString today() { return QDate::currentDate().toString("dd.MM.yyyy"); }
 
 TEST(ClipIniValue, TrimsAndCutsAtFirstControlCharacter)
 {
-    EXPECT_EQ(ClipIniValue("  abc  "), "abc");
-    EXPECT_EQ(ClipIniValue("abc\tdef"), "abc");
-    EXPECT_EQ(ClipIniValue(QString("abc") + QChar(0) + "   "), "abc");
-    EXPECT_EQ(ClipIniValue(QString("a") + QChar(30) + "b"), "a");
-    EXPECT_EQ(ClipIniValue(""), "");
     // Only blanks are trimmed: a leading tab ends the value at once.
-    EXPECT_EQ(ClipIniValue("\tabc"), "");
-    EXPECT_EQ(ClipIniValue("abc \tdef"), "abc ");
+    const std::pair<QString, const char *> cases[] = {
+        {"  abc  ", "abc"}, {"abc\tdef", "abc"}, {QString("abc") + QChar(0) + "   ", "abc"},
+        {QString("a") + QChar(30) + "b", "a"}, {"", ""}, {"\tabc", ""}, {"abc \tdef", "abc "},
+    };
+    for (const auto &[value, clipped] : cases)
+        EXPECT_EQ(ClipIniValue(value), clipped) << value.toStdString();
 }
 
 TEST(ClipIniValue, GettersTrimWhatTheClipLeaves)
@@ -43,10 +44,8 @@ TEST(ClipIniValue, GettersTrimWhatTheClipLeaves)
 TEST(ProfileFile, SectionsAndKeysWithoutRegardToCaseAndWidthCutsValue)
 {
     FreshDatabases(false);
-    WriteIni("[nastaveni]\r\nserver_ip = 10.20.30.40 \r\nSERVER_PORT=3307\tkomentář\r\n"
-             "[FORMULAR]\r\nVYRIZUJE=\"Jana Nováková\"\r\n");
+    WriteIni("[nastaveni]\r\nserver_ip = 10.20.30.40 \r\n[FORMULAR]\r\nVYRIZUJE=\"Jana Nováková\"\r\n");
     EXPECT_EQ(GetServerIP(), "10.20.30.40");
-    EXPECT_EQ(GetServerPort(), "3307");   // the part after a tab is ignored
     EXPECT_EQ(GetVyrizuje(), "Jana Nováková");
     // Width 10: at most nine characters are taken.
     WriteIni("[NASTAVENI]\r\nSERVER_PORT=123456789012\r\n");
