@@ -28,15 +28,11 @@ TEST(CheckLogin, PastedPasswordLogsInAndWritesTheWorkstation)
     FreshDatabases();
     ScriptedMessages messages;
     EXPECT_EQ(CheckLogin("svoboda\n", "admin2\r\n"), LoginResult::Succeeded);
+    // Role, original role, login, name, surname, grant filter, centre database, server.
     const SessionRecord &s = Session();
-    EXPECT_EQ(s.UserTyp, 2);
-    EXPECT_EQ(s.UserTypOrig, 2);
-    EXPECT_EQ(s.UserLogin, "svoboda");
-    EXPECT_EQ(s.UserJmeno, "Petr");
-    EXPECT_EQ(s.UserPrijmeni, "Svoboda");
-    EXPECT_EQ(s.UserFiltrGrant, "0");
-    EXPECT_EQ(s.MysqlDb, "fondarix_ofk");
-    EXPECT_EQ(s.IpServer, "127.0.0.1");
+    EXPECT_EQ(QStringList({QString::number(s.UserTyp), QString::number(s.UserTypOrig), s.UserLogin, s.UserJmeno,
+                           s.UserPrijmeni, s.UserFiltrGrant, s.MysqlDb, s.IpServer}),
+              QStringList({"2", "2", "svoboda", "Petr", "Svoboda", "0", "fondarix_ofk", "127.0.0.1"}));
     EXPECT_TRUE(messages.shown.empty());
 
     const QStringList row = Column("fondarix_sys", "SELECT CONCAT_WS('|', screen, os, version) FROM sys_users "
