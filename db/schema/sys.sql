@@ -73,3 +73,26 @@ CREATE TABLE SYS_PRAVA (
   `Grant` VARCHAR(20) NULL,
   Jmeno VARCHAR(100) NULL
 ) ENGINE=InnoDB;
+
+-- Footers and logo of the order forms, kept per user and for the institution.
+CREATE TABLE sys_paticky_html (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  typ VARCHAR(10) NULL,
+  login VARCHAR(50) NULL,
+  html MEDIUMTEXT NULL
+) ENGINE=InnoDB;
+
+CREATE TABLE sys_paticky_obrazky (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  typ VARCHAR(10) NULL,
+  login VARCHAR(50) NULL,
+  filename VARCHAR(255) NULL,
+  oleObrazek LONGBLOB NULL
+) ENGINE=InnoDB;
+
+CREATE TABLE sys_logo_kvl (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  typ INT NULL,
+  filename VARCHAR(255) NULL,
+  oleObrazek LONGBLOB NULL
+) ENGINE=InnoDB;

@@ -1,52 +1,85 @@
-// fondarix-cli: batch jobs without the desktop.
-//
-//   fondarix-cli init-db [--demo] [--force]
-//     creates fondarix_sys, fondarix_granty and every centre database named in sys_db_kvl;
-//     --demo loads the demo institute, --force drops existing databases first.
+// fondarix-cli: the batch jobs of the desktop client, without the desktop.
+// Every verb calls the same logic as the screen that runs the job; see --help.
+
+#include "app/cli/cli.h"
 
 #include "core/config.h"
-#include "core/db.h"
+#include "core/msg.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
-#include <QStringList>
+#include <QApplication>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
-QString dataDir()
+void printHelp(std::FILE *stream)
 {
-    // The schema and demo files: beside the executable when installed, else in the sources.
-    const QString installed = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/fondarix/db");
-    if (QFileInfo::exists(installed))
-        return QDir::cleanPath(installed);
-    return QStringLiteral(FONDARIX_SOURCE_DIR "/db");
+    std::fprintf(stream, "usage: fondarix-cli VERB [ARGUMENTS] [--login LOGIN]\n\nverbs:\n");
+    for (const CliVerb &verb : CliVerbs())
+        std::fprintf(stream, "  %s %s\n      %s\n", verb.name.toLocal8Bit().constData(),
+                     verb.usage.toLocal8Bit().constData(), verb.summary.toLocal8Bit().constData());
+    std::fprintf(stream, "\n--login LOGIN runs as that user (role, centre and grant filter).\n"
+                         "Exit codes: 0 success, 1 refusal or failure, 2 wrong usage.\n");
 }
 
-int usage()
+// The verb whose words open the argument list; two-word verbs before one-word ones.
+const CliVerb *findVerb(const QStringList &args, int *words)
 {
-    std::fprintf(stderr, "usage: fondarix-cli init-db [--demo] [--force]\n");
-    return 2;
+    const CliVerb *found = nullptr;
+    for (const CliVerb &verb : CliVerbs()) {
+        const QStringList parts = verb.name.split(QLatin1Char(' '));
+        if (parts.size() <= args.size() && args.mid(0, parts.size()) == parts
+            && (!found || parts.size() > *words)) {
+            found = &verb;
+            *words = int(parts.size());
+        }
+    }
+    return found;
 }
+
+// Messages of the logic go to stderr; a question is answered No, since a batch job
+// answers its questions through its flags before it starts.
+const MessageSink cliMessages{
+    [](const QString &text, int style, const QString &) {
+        std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
+        return (style & 0x7) == 0 ? int(AnswerOk) : int(AnswerCancel);
+    },
+    [](const QString &, const QString &, const QString &) { return std::optional<QString>(); },
+};
 } // namespace
 
 int main(int argc, char **argv)
 {
-    QCoreApplication app(argc, argv);
+    // Report and picture work needs a GUI application; there is no window to show.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
     const QStringList args = app.arguments().mid(1);
-    if (args.isEmpty() || args.first() != QLatin1String("init-db"))
-        return usage();
-    const bool demo = args.contains(QStringLiteral("--demo"));
-    const bool force = args.contains(QStringLiteral("--force"));
-    InitSpecialDirs();
-    QString error;
-    const QString dir = dataDir();
-    if (!CreateDatabases(dir + QStringLiteral("/schema"), demo ? dir + QStringLiteral("/demo") : QString(), force,
-                         &error)) {
-        std::fprintf(stderr, "init-db: %s\n", error.toLocal8Bit().constData());
-        return 1;
+    if (args.isEmpty()) {
+        printHelp(stderr);
+        return CliUsage;
     }
-    std::printf("init-db: databases ready%s\n", demo ? " with the demo institute" : "");
-    return 0;
+    if (args.first() == QLatin1String("--help") || args.first() == QLatin1String("-h")
+        || args.first() == QLatin1String("help")) {
+        printHelp(stdout);
+        return CliOk;
+    }
+    int words = 0;
+    const CliVerb *verb = findVerb(args, &words);
+    if (!verb) {
+        std::fprintf(stderr, "fondarix-cli: unknown verb \"%s\"; see fondarix-cli --help\n",
+                     args.first().toLocal8Bit().constData());
+        return CliUsage;
+    }
+    const CliArgs parsed(*verb, args.mid(words));
+    if (!parsed.ok()) {
+        std::fprintf(stderr, "fondarix-cli %s: %s\nusage: fondarix-cli %s %s\n",
+                     verb->name.toLocal8Bit().constData(), parsed.error().toLocal8Bit().constData(),
+                     verb->name.toLocal8Bit().constData(), verb->usage.toLocal8Bit().constData());
+        return CliUsage;
+    }
+    SetMessageSink(&cliMessages);
+    SetEndProcessHandler([](int code) { std::exit(code == 0 ? CliFailed : code); });
+    InitSpecialDirs();
+    return verb->run(parsed);
 }

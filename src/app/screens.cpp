@@ -1,6 +1,7 @@
 #include "app/screens.h"
 
 #include "app/commands.h"
+#include "fondarix_paths.h"
 #include "core/frmAbout.h"
 #include "core/frmKalendar.h"
 #include "core/routing.h"

@@ -1,3 +1,4 @@
+#include "core/buildobjlj.h"
 #include "core/codepage.h"
 #include "core/config.h"
 #include "core/db.h"
@@ -10,6 +11,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QScreen>
@@ -584,4 +587,23 @@ TEST(RoundHalfEven, TiesGoToTheEvenDigit)
     };
     for (const auto &[value, places, rounded] : cases)
         EXPECT_DOUBLE_EQ(RoundHalfEven(value, places), rounded) << value << " " << places;
+}
+
+TEST(BuildObjLJ, WritesWindows1250LinesWithCrLfAndReportsAFolderThatIsNotThere)
+{
+    const QString path = QDir::temp().filePath(QStringLiteral("fx-buildobjlj-%1.htm").arg(QCoreApplication::applicationPid()));
+    BuildObjLJ out;
+    ASSERT_TRUE(out.Open(path));
+    out.Line(QStringLiteral("<td>Čerpání</td>"));
+    out.Line(QString());
+    out.Line(QStringLiteral("€ ☺"));
+    ASSERT_TRUE(out.Close());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), QByteArray("<td>\xC8" "erp\xE1n\xED</td>\r\n\r\n\x80 ?\r\n"));
+    file.remove();
+
+    BuildObjLJ missing;
+    EXPECT_FALSE(missing.Open(QStringLiteral("/nonexistent-folder/List.htm")));
+    EXPECT_TRUE(missing.Error().startsWith(QStringLiteral("Soubor /nonexistent-folder/List.htm nelze zapsat")));
 }

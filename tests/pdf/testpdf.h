@@ -3,6 +3,7 @@
 // spot, and the PDF tools run as a reader would.
 
 #include "pdf/pdfcreator.h"
+#include "fondarix_paths.h"
 
 #include <gtest/gtest.h>
 

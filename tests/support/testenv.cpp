@@ -5,6 +5,7 @@
 #include "core/db.h"
 #include "core/msg.h"
 #include "core/session.h"
+#include "fondarix_paths.h"
 
 #include <QDir>
 #include <QFile>
