@@ -6,6 +6,7 @@
 #include "core/msg.h"
 #include "core/rights.h"
 #include "core/session.h"
+#include "documents/frmDocuments.h"
 #include "grants/granttables.h"
 #include "grants/screenparts.h"
 #include "grants/skupuctugrant.h"
@@ -177,7 +178,6 @@ frmGrantPlan::frmGrantPlan(QWidget *parent) : QDialog(parent)
 
     PocetDocum = new QLabel(this);
     PocetDocum->setObjectName(QStringLiteral("PocetDocum"));
-    // Opens the grant's documents once that screen exists.
     Command2 = CommandButton(this, "Command2", QStringLiteral("Zobrazit dokumenty:"));
 
     cmdNewRow = CommandButton(this, "cmdNewRow", QStringLiteral("Přidat GRANT"));
@@ -192,6 +192,13 @@ frmGrantPlan::frmGrantPlan(QWidget *parent) : QDialog(parent)
     connect(cmdSave, &QPushButton::clicked, this, &frmGrantPlan::cmdSave_Click);
     connect(cmdKalendar, &QPushButton::clicked, this, &frmGrantPlan::cmdKalendar_Click);
     connect(Command1, &QPushButton::clicked, this, &QDialog::close);
+    connect(Command2, &QPushButton::clicked, this, [this] {
+        const QString grant = selectedGrant();
+        if (grant.isEmpty())
+            return;
+        ShowDocuments(this, grant);
+        showDetails();   // the count of documents may have changed
+    });
 
     auto *form = new QGridLayout;
     const auto addField = [form](int row, int col, const QString &caption, QWidget *field) {
