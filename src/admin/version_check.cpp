@@ -1,6 +1,7 @@
 #include "admin/version_check.h"
 
 #include "core/config.h"
+#include "core/number.h"
 #include "core/session.h"
 
 #include <QDesktopServices>
@@ -30,17 +31,9 @@ QUrl DownloadPageUrl(const QString &host)
     return QUrl(QStringLiteral("http://") + host + QStringLiteral("/downfondarix.php"));
 }
 
-qint64 VersionNumber(const QString &text)
+double VersionNumber(const QString &text)
 {
-    QString digits = text;
-    digits.remove(QLatin1Char('.'));
-    // The number the text begins with: "2.4.2 (oprava)" is 242; blanks before it do not count.
-    digits = digits.trimmed();
-    qsizetype end = 0;
-    // 18 digits at most: more would not fit the number.
-    while (end < digits.size() && end < 18 && digits.at(end) >= QLatin1Char('0') && digits.at(end) <= QLatin1Char('9'))
-        ++end;
-    return digits.left(end).toLongLong();
+    return ScanNumber(QString(text).remove(QLatin1Char('.')));
 }
 
 bool IsNewerVersion(const QString &fetched, const QString &own)

@@ -10,9 +10,9 @@ QString GetWebServer();
 QUrl VersionFileUrl(const QString &host);
 QUrl DownloadPageUrl(const QString &host);
 
-// A version text with all "." removed, read as a number: "2.1.20" is 2120. Reading stops
-// at the first character that is not a digit; a text that does not begin with one reads as 0.
-qint64 VersionNumber(const QString &text);
+// A version text with all "." removed, read by the number scanner: "2.1.20" is 2120,
+// "2 5 0" is 250 (blanks do not count), a text without digits is 0.
+double VersionNumber(const QString &text);
 // Does the fetched text announce a newer version than our own? An error page
 // (any text holding "ERROR", in any case) never does.
 bool IsNewerVersion(const QString &fetched, const QString &own);

@@ -160,13 +160,13 @@ bool DbConnection::exec(QSqlQuery &query, const QString &sql, const QVariantList
     if (!m_open)
         return false;
     if (!query.prepare(sql)) {
-        m_error = DbErrorMessage(query.lastError());
+        m_error = DbErrorMessage(query.lastError(), m_captions);
         return false;
     }
     for (const QVariant &v : values)
         query.addBindValue(v);
     if (!query.exec()) {
-        m_error = DbErrorMessage(query.lastError());
+        m_error = DbErrorMessage(query.lastError(), m_captions);
         return false;
     }
     return true;
@@ -213,17 +213,42 @@ QString columnOf(const QString &text)
     name.remove(QLatin1Char('`')).remove(QLatin1Char('\''));
     return name.trimmed();
 }
+
+// The caption of a column, else the column's own name.
+QString captionOf(const QString &column, const FieldCaptions &captions)
+{
+    for (auto it = captions.begin(); it != captions.end(); ++it)
+        if (it.key().compare(column, Qt::CaseInsensitive) == 0)
+            return it.value();
+    return column;
+}
 } // namespace
 
-QString DbErrorMessage(const QSqlError &error)
+QString CaptionOf(const QString &label)
+{
+    QString caption = label.simplified();
+    while (caption.endsWith(QLatin1Char(':')))
+        caption.chop(1);
+    return caption.trimmed();
+}
+
+QString DbErrorMessage(const QSqlError &error, const FieldCaptions &captions)
 {
     const QString code = error.nativeErrorCode();
-    // 1366: a character the column's code page cannot hold; 1406: too long for the column.
-    if (code == QLatin1String("1366"))
-        return QStringLiteral("Pole %1 obsahuje znak, který nelze uložit ve znakové sadě Windows-1250.")
-            .arg(columnOf(error.databaseText()));
+    const QString text = error.databaseText();
+    const QString field = QStringLiteral("„%1“").arg(captionOf(columnOf(text), captions));
+    // 1366: a value the column cannot take (a character outside the code page, or a text in
+    // a number column); 1265: a value that would have to be cut; 1406: a text longer than the
+    // column. Strict mode refuses the statement: the value is neither stored nor cut.
+    if (code == QLatin1String("1366") && text.startsWith(QLatin1String("Incorrect string value")))
+        return QStringLiteral("Pole %1 obsahuje znak, který nelze uložit ve znakové sadě Windows-1250; "
+                              "text nebyl uložen.")
+            .arg(field);
+    if (code == QLatin1String("1366") || code == QLatin1String("1265"))
+        return QStringLiteral("Pole %1 má hodnotu, kterou nelze uložit; nebyla uložena.").arg(field);
     if (code == QLatin1String("1406"))
-        return QStringLiteral("Hodnota pole %1 je příliš dlouhá.").arg(columnOf(error.databaseText()));
+        return QStringLiteral("Text v poli %1 je příliš dlouhý; nebyl uložen ani zkrácen. Zkraťte jej prosím.")
+            .arg(field);
     const QString t = error.text().trimmed();
     return QStringLiteral("Chyba databáze: %1").arg(t.isEmpty() ? QStringLiteral("neznámá") : t);
 }

@@ -43,6 +43,14 @@ QString OptionFilePath();
 // Reads the account; on failure returns nullopt and a Czech message naming the file.
 std::optional<DbAccount> ReadOptionFile(const QString &path, QString *error);
 
+// What the user sees as a field's name, by column name (letter case ignored): a screen
+// passes the captions of the fields it saves (DbConnection::setCaptions, or DbErrorMessage
+// directly for a table model), so that a value the server refuses is reported as
+// "Řešitel", not as "Castka2". A column without a caption is named as it stands.
+using FieldCaptions = QMap<QString, QString>;
+// A label's text as a caption: "Poskytnuté,     Kč:" gives "Poskytnuté, Kč".
+QString CaptionOf(const QString &label);
+
 // An open connection, closed and removed when it goes out of scope.
 class DbConnection {
 public:
@@ -60,11 +68,14 @@ public:
     bool exec(const QString &sql, const QVariantList &values = {});
     // A query ready to be executed, on this connection.
     QSqlQuery query() const;
+    // Captions for the messages of the statements that fail from now on.
+    void setCaptions(const FieldCaptions &captions) { m_captions = captions; }
 
 private:
     QString m_name;
     bool m_open = false;
     QString m_error;
+    FieldCaptions m_captions;
 };
 
 // Opens a connection; on failure shows the fatal message and ends the process
@@ -75,8 +86,9 @@ bool OpenOrFatal(DbConnection &connection);
 QString FieldText(const QSqlQuery &query, const QString &column);
 QString FieldText(const QSqlQuery &query, int column);
 
-// A server error as a Czech sentence; a character the code page cannot hold names its field.
-QString DbErrorMessage(const QSqlError &error);
+// A server error as a Czech sentence. A value refused for its field (a character the code
+// page cannot hold, a text longer than the column) names the field by its caption.
+QString DbErrorMessage(const QSqlError &error, const FieldCaptions &captions = {});
 
 // Rolls back unless committed.
 class Transaction {

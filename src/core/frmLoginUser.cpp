@@ -104,13 +104,18 @@ frmLoginUser::frmLoginUser(QWidget *parent)
     grantRow->addWidget(Combo2);
 
     auto *fields = new QFormLayout;
-    fields->addRow(QStringLiteral("Příjmení:"), txtPrijmeni);
-    fields->addRow(QStringLiteral("Jméno:"), txtJmeno);
-    fields->addRow(QStringLiteral("Titul:"), txtTitul);
-    fields->addRow(QStringLiteral("Uživatel:"), txtUser);
-    fields->addRow(QStringLiteral("Heslo:"), txtHeslo);
-    fields->addRow(QStringLiteral("Typ:"), cmbTyp0);
-    fields->addRow(QStringLiteral("Filtr GRANTu:"), grantRow);
+    // Each row's label is the caption of the column it saves to.
+    const auto addRow = [this, fields](const QString &label, auto *field, const char *column) {
+        fields->addRow(label, field);
+        m_captions.insert(QLatin1String(column), CaptionOf(label));
+    };
+    addRow(QStringLiteral("Příjmení:"), txtPrijmeni, "prijmeni");
+    addRow(QStringLiteral("Jméno:"), txtJmeno, "jmeno");
+    addRow(QStringLiteral("Titul:"), txtTitul, "titul");
+    addRow(QStringLiteral("Uživatel:"), txtUser, "login");
+    addRow(QStringLiteral("Heslo:"), txtHeslo, "password");
+    addRow(QStringLiteral("Typ:"), cmbTyp0, "typ");
+    addRow(QStringLiteral("Filtr GRANTu:"), grantRow, "filtr_grant");
 
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(cmdAdd);
@@ -246,7 +251,7 @@ void frmLoginUser::Users(UsersMode mode)
     }
     if (mode == UsersMode::Save) {
         const UserRow u = rowFromFields();
-        if (!SaveUser(u, &error)) {
+        if (!SaveUser(u, &error, m_captions)) {
             MsgBox(error, MsgCritical);
             return;
         }

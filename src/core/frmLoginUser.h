@@ -49,4 +49,5 @@ private:
     QPushButton *cmdClose;
 
     QVector<UserRow> m_rows;   // the grid's rows, _key included
+    FieldCaptions m_captions;  // the boxes' labels, for a value the server refuses
 };

@@ -103,11 +103,19 @@ std::optional<QString> frmSeznam::ask(const QString &prompt, const QString &titl
     return answer;
 }
 
+FieldCaptions frmSeznam::captions() const
+{
+    FieldCaptions captions;
+    for (const Column &c : m_columns)
+        captions.insert(c.name, m_model->headerData(m_model->fieldIndex(c.name), Qt::Horizontal).toString());
+    return captions;
+}
+
 bool frmSeznam::submit()
 {
     if (m_model->submitAll())
         return true;
-    MsgBox(DbErrorMessage(m_model->lastError()), MsgCritical);
+    MsgBox(DbErrorMessage(m_model->lastError(), captions()), MsgCritical);
     m_model->revertAll();
     return false;
 }
@@ -127,7 +135,7 @@ void frmSeznam::Add()
         record.setValue(c.name, *value);
     }
     if (!m_model->insertRecord(-1, record)) {
-        MsgBox(DbErrorMessage(m_model->lastError()), MsgCritical);
+        MsgBox(DbErrorMessage(m_model->lastError(), captions()), MsgCritical);
         return;
     }
     submit();

@@ -3,6 +3,8 @@
 // add (F7) and delete (F8) through questions, edit of a cell by double-click, Esc closes.
 // frmSeznamUs and frmSeznamUz are two such lists.
 
+#include "core/db.h"
+
 #include <QDialog>
 #include <QList>
 #include <QString>
@@ -10,7 +12,6 @@
 #include <memory>
 #include <optional>
 
-class DbConnection;
 class QModelIndex;
 class QPushButton;
 class QSqlTableModel;
@@ -47,6 +48,8 @@ protected:
 private:
     const Column *listed(const QString &fieldName) const;
     bool submit();
+    // The grid's headings of the listed columns, so that a refused value is named as shown.
+    FieldCaptions captions() const;
     std::optional<QString> ask(const QString &prompt, const QString &title, const QString &value = QString());
 
     QTableView *DataGrid1;

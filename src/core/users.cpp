@@ -125,11 +125,12 @@ bool AddUser(int *newKey, QString *error)
     return true;
 }
 
-bool SaveUser(const UserRow &row, QString *error)
+bool SaveUser(const UserRow &row, QString *error, const FieldCaptions &captions)
 {
     DbConnection sys(ConnStrSys());
     if (openFailed(sys, error))
         return false;
+    sys.setCaptions(captions);
     const bool ok = sys.exec(QStringLiteral("UPDATE sys_users SET `jmeno` = ?, `prijmeni` = ?, `login` = ?, "
                                             "`password` = ?, `typ` = ?, `titul` = ?, `filtr_grant` = ? "
                                             "WHERE _KEY = ?"),

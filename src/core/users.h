@@ -2,6 +2,8 @@
 // Users of the program (rows of sys_users): role names, the two list conversions,
 // reading and writing the rows, and the rules of the grant-filter field.
 
+#include "core/db.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -44,8 +46,8 @@ struct UserRow {
 bool FillUsers(const SessionRecord &session, int filterTyp, QVector<UserRow> &rows, QString *error);
 // Adds an empty row (a blank first name) and gives its key.
 bool AddUser(int *newKey, QString *error);
-// Writes the editable values of the row with row.key.
-bool SaveUser(const UserRow &row, QString *error);
+// Writes the editable values of the row with row.key; a refused value is named by its caption.
+bool SaveUser(const UserRow &row, QString *error, const FieldCaptions &captions = {});
 bool DeleteUser(int key, QString *error);
 
 // Grant numbers for the filter picker (column _GRANT of GrantyPlan); empty when the

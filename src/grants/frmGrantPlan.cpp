@@ -106,20 +106,22 @@ private:
 };
 
 namespace {
-QLineEdit *detailBox(QWidget *parent, const char *name, int width)
+// No maximum length: a text too long for its column is refused by the server and said,
+// where a box would cut a pasted text without a word.
+QLineEdit *detailBox(QWidget *parent, const char *name)
 {
     auto *box = new QLineEdit(parent);
     box->setObjectName(QString::fromLatin1(name));
-    box->setMaxLength(width);   // the column's width: the server refuses longer text
     return box;
 }
 
 // Runs a command's database work on a connection of its own; a failure is said and gives false.
-bool onGranty(const std::function<bool(DbConnection &)> &work)
+bool onGranty(const std::function<bool(DbConnection &)> &work, const FieldCaptions &captions = {})
 {
     DbConnection conn(ConnStrGranty());
     if (!OpenOrFatal(conn))
         return false;
+    conn.setCaptions(captions);
     return work(conn) || ShowDbError(conn);
 }
 
@@ -148,16 +150,16 @@ frmGrantPlan::frmGrantPlan(QWidget *parent) : QDialog(parent)
     connect(MSFlexGrid2->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this] { showDetails(); });
 
-    Text4 = detailBox(this, "Text4", 20);
+    Text4 = detailBox(this, "Text4");
     Text4->setReadOnly(true);
-    Text5 = detailBox(this, "Text5", 30);
-    Text8 = detailBox(this, "Text8", 30);
-    Text6 = detailBox(this, "Text6", 150);
-    Text3 = detailBox(this, "Text3", 30);
-    Text1 = detailBox(this, "Text1", 30);
-    Text2 = detailBox(this, "Text2", 60);
-    Text7 = detailBox(this, "Text7", 100);
-    Text9 = detailBox(this, "Text9", 150);
+    Text5 = detailBox(this, "Text5");
+    Text8 = detailBox(this, "Text8");
+    Text6 = detailBox(this, "Text6");
+    Text3 = detailBox(this, "Text3");
+    Text1 = detailBox(this, "Text1");
+    Text2 = detailBox(this, "Text2");
+    Text7 = detailBox(this, "Text7");
+    Text9 = detailBox(this, "Text9");
     for (QLineEdit *amount : {Text5, Text8}) {
         amount->setAlignment(Qt::AlignRight);
         connect(amount, &QLineEdit::editingFinished, this,
@@ -201,19 +203,23 @@ frmGrantPlan::frmGrantPlan(QWidget *parent) : QDialog(parent)
     });
 
     auto *form = new QGridLayout;
-    const auto addField = [form](int row, int col, const QString &caption, QWidget *field) {
+    // A box saved to a column gives the column its label as caption.
+    const auto addField = [this, form](int row, int col, const QString &caption, QWidget *field,
+                                       const char *column = nullptr) {
         form->addWidget(new QLabel(caption), row, col * 2);
         form->addWidget(field, row, col * 2 + 1);
+        if (column)
+            m_captions.insert(QLatin1String(column), CaptionOf(caption));
     };
     addField(0, 0, QStringLiteral("GRANT:"), Text4);
-    addField(1, 0, QStringLiteral("Rozpočet plán, Kč:"), Text5);
-    addField(2, 0, QStringLiteral("Poskytnuté,     Kč:"), Text8);
-    addField(3, 0, QStringLiteral("Řešitel:"), Text6);
-    addField(0, 1, QStringLiteral("Zahájení projektu:"), Text3);
-    addField(1, 1, QStringLiteral("Ukončení projektu:"), Text1);
-    addField(2, 1, QStringLiteral("Číslo projektu:"), Text2);
-    addField(3, 1, QStringLiteral("Nákladové středisko:"), Text7);
-    addField(4, 1, QStringLiteral("Grantová agentura:"), Text9);
+    addField(1, 0, QStringLiteral("Rozpočet plán, Kč:"), Text5, "Castka1");
+    addField(2, 0, QStringLiteral("Poskytnuté,     Kč:"), Text8, "Poskytnute");
+    addField(3, 0, QStringLiteral("Řešitel:"), Text6, "Castka2");
+    addField(0, 1, QStringLiteral("Zahájení projektu:"), Text3, "zahajeni");
+    addField(1, 1, QStringLiteral("Ukončení projektu:"), Text1, "ukonceni");
+    addField(2, 1, QStringLiteral("Číslo projektu:"), Text2, "cislo");
+    addField(3, 1, QStringLiteral("Nákladové středisko:"), Text7, "stredisko");
+    addField(4, 1, QStringLiteral("Grantová agentura:"), Text9, "agentura");
     addField(4, 0, QStringLiteral("Počet dokumentů:"), PocetDocum);
     form->addWidget(Check1, 0, 4);
     form->addWidget(Check2, 1, 4);
@@ -402,7 +408,7 @@ void frmGrantPlan::cmdSave_Click()
     const GrantPlanRow d = details();
     if (d.grant.isEmpty())
         return;
-    if (!onGranty([&](DbConnection &conn) { return SaveGrantPlan(conn, d); }))
+    if (!onGranty([&](DbConnection &conn) { return SaveGrantPlan(conn, d); }, m_captions))
         return;
     fill(d.grant);
 }

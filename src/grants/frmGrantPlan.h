@@ -2,6 +2,7 @@
 // "Rozpočet": the register of grants. The list of GrantyPlan, the details of the selected
 // grant, and the commands that add, renumber, save and delete a grant.
 
+#include "core/db.h"
 #include "grants/grantplan.h"
 
 #include <QDialog>
@@ -56,6 +57,7 @@ private:
     QSet<QString> m_grants;        // every grant number read, for add and renumber
     bool m_nextDescending = false; // heading clicks alternate ASC and DESC
     QLineEdit *m_dateTarget;       // the date box cmdKalendar fills: the last one entered
+    FieldCaptions m_captions;      // the detail boxes' labels, for a value the server refuses
 
     GrantPlanModel *m_model;
     QTableView *MSFlexGrid2;

@@ -120,8 +120,16 @@ TEST(Connection, CzechTextRoundTripsAndForeignCharacterIsNamed)
     EXPECT_EQ(Column(SysDbName, "SELECT Jmeno FROM sys_prikazce"), QStringList{"Příliš žluťoučký kůň"});
     // Stored as cp1250 bytes on the server.
     EXPECT_EQ(Column(SysDbName, "SELECT HEX(CONVERT(Jmeno USING binary)) FROM sys_prikazce").value(0).left(4), "50F8");
+    // Named by the column without a caption, by the caption (letter case of the column aside)
+    // when the screen gives one; a text too long is refused, not cut.
     EXPECT_FALSE(sys.exec("INSERT INTO sys_prikazce (Jmeno) VALUES (?)", {QString("Ωmega")}));
-    EXPECT_TRUE(sys.errorText().contains("Jmeno")) << sys.errorText().toStdString();
+    EXPECT_TRUE(sys.errorText().contains("„Jmeno“")) << sys.errorText().toStdString();
+    sys.setCaptions({{"JMENO", CaptionOf(" Jméno  příkazce: ")}});
+    EXPECT_FALSE(sys.exec("INSERT INTO sys_prikazce (Jmeno) VALUES (?)", {QString("Ωmega")}));
+    EXPECT_TRUE(sys.errorText().startsWith("Pole „Jméno příkazce“ obsahuje znak")) << sys.errorText().toStdString();
+    EXPECT_FALSE(sys.exec("INSERT INTO sys_prikazce (Jmeno) VALUES (?)", {QString(5000, 'x')}));
+    EXPECT_TRUE(sys.errorText().startsWith("Text v poli „Jméno příkazce“ je příliš dlouhý")) << sys.errorText().toStdString();
+    EXPECT_EQ(Column(SysDbName, "SELECT COUNT(*) FROM sys_prikazce"), QStringList{"1"});
 }
 
 TEST(Connection, TransactionRollsBackUnlessCommitted)

@@ -251,13 +251,30 @@ TEST(frmGrantPlan, AddRenameSaveDelete)
     EXPECT_EQ(Text(&screen, "Text4"), "3001");
     EXPECT_EQ(Text(&screen, "Text5"), "12 345,50");
 
-    // A text the code page cannot hold is refused by the server and said, nothing stored.
-    Child<QLineEdit>(&screen, "Text6")->setText(QString::fromUtf8("名前"));
-    Click(&screen, "cmdSave");
-    ASSERT_FALSE(messages.shown.empty());
-    EXPECT_EQ(messages.shown.back().style, MsgCritical);
-    EXPECT_EQ(Column(Granty, "SELECT Castka2 FROM GrantyPlan WHERE _grant='3001'"), QStringList{"Dr. O'Brien"});
+    // A text the code page cannot hold, or longer than the column (150), is refused by the
+    // server and said under the box's caption; nothing is stored, the box keeps all of it.
+    const QString tooLong = QString(151, QChar(u'ř'));
     messages.shown.clear();
+    const std::pair<QString, QString> refused[] = {
+        {QString::fromUtf8("名前"), "Pole „Řešitel“ obsahuje znak, který nelze uložit ve znakové sadě Windows-1250; "
+                                    "text nebyl uložen."},
+        {tooLong, "Text v poli „Řešitel“ je příliš dlouhý; nebyl uložen ani zkrácen. Zkraťte jej prosím."}};
+    for (const auto &[typed, said] : refused) {
+        Child<QLineEdit>(&screen, "Text6")->setText(typed);
+        Click(&screen, "cmdSave");
+        ASSERT_EQ(messages.shown.size(), 1u);
+        EXPECT_EQ(messages.shown.back().style, MsgCritical);
+        EXPECT_EQ(messages.shown.back().text, said);
+        EXPECT_EQ(Column(Granty, "SELECT Castka2 FROM GrantyPlan WHERE _grant='3001'"), QStringList{"Dr. O'Brien"});
+        EXPECT_EQ(Text(&screen, "Text6"), typed);
+        messages.shown.clear();
+    }
+    SaveScreen(&screen, "frmGrantPlan_refused_text");
+    // Just the width of the column is stored whole.
+    Child<QLineEdit>(&screen, "Text6")->setText(tooLong.left(150));
+    Click(&screen, "cmdSave");
+    EXPECT_TRUE(messages.shown.empty());
+    EXPECT_EQ(Column(Granty, "SELECT Castka2 FROM GrantyPlan WHERE _grant='3001'"), QStringList{tooLong.left(150)});
 
     // Delete, Cancel first: nothing goes.
     SelectGrant(&screen, "1203");
