@@ -1,2 +1,46 @@
 -- A centre database: stock, firms, orders, patients. Tables come with their subsystems.
 SELECT 1;
+
+-- Orders: one row is the whole order (head, eight goods lines, money, dates, footer, body);
+-- the state is derived from the columns each time. Free texts are long texts, so whatever a
+-- clerk types is stored as typed.
+CREATE TABLE archobj (
+  nom INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  cis_obj VARCHAR(40) NULL,
+  Cis_global TEXT NULL,
+  Firma TEXT NULL, Pobocka TEXT NULL, Adres TEXT NULL, PSC TEXT NULL, Mesto TEXT NULL,
+  Tel TEXT NULL, Fax TEXT NULL,
+  Dat_obj VARCHAR(40) NULL,
+  Dat_vyriz TEXT NULL,
+  Autor TEXT NULL,
+  Castka TEXT NULL,
+  Typ VARCHAR(10) NULL,
+  `Text` TEXT NULL,
+  Text1 TEXT NULL,
+  Prikazce TEXT NULL,
+  SpravceRozp TEXT NULL,
+  LineRec1 TEXT NULL, Poc1 TEXT NULL, LineRec2 TEXT NULL, Poc2 TEXT NULL,
+  LineRec3 TEXT NULL, Poc3 TEXT NULL, LineRec4 TEXT NULL, Poc4 TEXT NULL,
+  LineRec5 TEXT NULL, Poc5 TEXT NULL, LineRec6 TEXT NULL, Poc6 TEXT NULL,
+  LineRec7 TEXT NULL, Poc7 TEXT NULL, LineRec8 TEXT NULL, Poc8 TEXT NULL,
+  LineRec9 TEXT NULL, Poc9 TEXT NULL, LineRec10 TEXT NULL, poc10 TEXT NULL,
+  paticka VARCHAR(10) NULL,
+  file_paticka MEDIUMTEXT NULL,
+  file_html_text MEDIUMTEXT NULL,
+  objWF TEXT NULL,
+  objZauct TEXT NULL,
+  coml INT NULL,
+  zkatalog TEXT NULL,
+  `Grant` TEXT NULL,
+  KEY (cis_obj),
+  KEY (Dat_obj)
+) ENGINE=InnoDB;
+
+-- The footer of each order as it was printed.
+CREATE TABLE objedn_footer (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  cis_obj VARCHAR(40) NULL,
+  id_typ VARCHAR(10) NULL,
+  `text` MEDIUMTEXT NULL,
+  KEY (cis_obj)
+) ENGINE=InnoDB;

@@ -68,6 +68,12 @@ CREATE TABLE sys_spravcerozp (
   Jmeno VARCHAR(100) NULL
 ) ENGINE=InnoDB;
 
+-- Orders: the payment sources offered on the entry screens ("Hrazeno z").
+CREATE TABLE sys_hrazeno (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  Typ VARCHAR(100) NULL
+) ENGINE=InnoDB;
+
 CREATE TABLE SYS_PRAVA (
   id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
   `Grant` VARCHAR(20) NULL,
