@@ -11,6 +11,7 @@
 #include "grants/frmStavyUctu.h"
 #include "grants/frmStredisko.h"
 #include "import/DefinFieldsExport.h"
+#include "orders/frmArchObj.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -49,4 +50,7 @@ void RegisterScreens()
     RegisterCommand(QStringLiteral("mnuBuildSkup"), [](QWidget *main) { ShowStavyUctu(main, false); });
     RegisterCommand(QStringLiteral("mnuSkupiny"), [](QWidget *main) { ShowStavyUctu(main, true); });
     RegisterCommand(QStringLiteral("mnuRozpocet"), [](QWidget *main) { ShowGrantPlan(main); });
+
+    // Orders.
+    RegisterCommand(QStringLiteral("mnuObjednVyd"), ShowArchObj);
 }

@@ -7,6 +7,7 @@
 #include "orders/objrecord.h"
 #include "orders/objsave.h"
 #include "support/testenv.h"
+#include "orders/seed.h"
 
 #include <QSqlRecord>
 
@@ -14,33 +15,9 @@
 
 using namespace testenv;
 
+using namespace seed;
+
 namespace {
-const QString Centre = QStringLiteral("fondarix_ofk");
-
-// A centre with no orders, the demo's users and settings kept.
-void EmptyCentre()
-{
-    FreshDatabases(true);
-    Exec(Centre, QStringLiteral("DELETE FROM archobj"));
-    Exec(Centre, QStringLiteral("DELETE FROM objedn_footer"));
-}
-
-// Inserts a row from "column=value" pairs ("NULL" for NULL); returns its nom.
-int Insert(const QList<QPair<QString, QString>> &columns)
-{
-    DbConnection c(ConnStrFor(Centre));
-    QStringList names, marks;
-    QVariantList values;
-    for (const auto &[name, value] : columns) {
-        names << QLatin1Char('`') + name + QLatin1Char('`');
-        marks << QStringLiteral("?");
-        values << (value == QLatin1String("NULL") ? QVariant() : QVariant(value));
-    }
-    EXPECT_TRUE(c.exec(QStringLiteral("INSERT INTO archobj (%1) VALUES (%2)").arg(names.join(','), marks.join(',')), values))
-        << c.errorText().toStdString();
-    return Column(Centre, QStringLiteral("SELECT MAX(nom) FROM archobj")).value(0).toInt();
-}
-
 // The cis_obj of the rows a filter keeps, in number order.
 QStringList Kept(const ObjFilter &f)
 {
@@ -55,10 +32,6 @@ QStringList Kept(const ObjFilter &f)
     return kept;
 }
 
-QString Row(const QString &columns, const QString &cisObj)
-{
-    return Column(Centre, QStringLiteral("SELECT CONCAT_WS('|', %1) FROM archobj WHERE cis_obj='%2'").arg(columns, cisObj)).value(0);
-}
 } // namespace
 
 TEST(ObjNumbering, CounterFromTheLastNumberInTextOrder)

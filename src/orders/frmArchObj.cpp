@@ -1,0 +1,919 @@
+#include "orders/frmArchObj.h"
+
+#include "core/config.h"
+#include "core/db.h"
+#include "core/frmKalendar.h"
+#include "core/msg.h"
+#include "core/routing.h"
+#include "core/session.h"
+#include "core/text.h"
+#include "orders/objeditor.h"
+#include "orders/objhtml.h"
+#include "orders/objreports.h"
+#include "orders/objsave.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QDate>
+#include <QFormLayout>
+#include <QFrame>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSqlRecord>
+#include <QStyle>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+namespace {
+const QString Title = QStringLiteral("Informace");
+const char *const GridCaptions[] = {" iD", "  Číslo dokladu", "  Zapsáno", "  GRANT", "          Název firmy",
+                                    "  Skut. Kč ", "  Zaúčt. Kč", "  L", ""};
+constexpr int ColumnL = 7;
+// The columns the grid and the colour need.
+const QString GridColumns = QStringLiteral("nom, cis_obj, Dat_obj, `Grant`, Firma, Castka, coml, Dat_vyriz, objWF, Cis_global");
+
+QLineEdit *box(QWidget *parent, const QString &name, bool readOnly = false)
+{
+    auto *e = new QLineEdit(parent);
+    e->setObjectName(name);
+    e->setReadOnly(readOnly);
+    return e;
+}
+
+QPushButton *button(QWidget *parent, const char *name, const QString &caption)
+{
+    auto *b = new QPushButton(caption, parent);
+    b->setObjectName(QLatin1String(name));
+    b->setAutoDefault(false);
+    return b;
+}
+
+QString dateShown(const QString &datObj)
+{
+    const QDate d = QDate::fromString(datObj.left(10), Qt::ISODate);
+    return d.isValid() ? d.toString(QStringLiteral("dd.MM.yyyy")) : DateTwoDigits(datObj);
+}
+
+// The name box of goods line i (0..7): lines 7 and 8 have boxes of their own numbers.
+int nameBox(int i) { return i < 6 ? i : (i == 6 ? 24 : 32); }
+} // namespace
+
+std::function<void(frmArchObj *, int)> &frmArchObj::PdfFormHandler()
+{
+    static std::function<void(frmArchObj *, int)> handler;
+    return handler;
+}
+
+frmArchObj::frmArchObj(QWidget *parent) : QDialog(parent)
+{
+    setObjectName(QStringLiteral("frmArchObj"));
+    setWindowTitle(QStringLiteral("Seznam zádanek"));
+    m_db = Session().MysqlDb;
+    m_role = Session().UserTyp;
+    DatePicker = PickDate;
+    buildUi();
+}
+
+void frmArchObj::buildUi()
+{
+    MSFlexGrid2 = new QTableWidget(0, 9, this);
+    MSFlexGrid2->setObjectName(QStringLiteral("MSFlexGrid2"));
+    QStringList captions;
+    for (const char *c : GridCaptions)
+        captions << QString::fromUtf8(c);
+    MSFlexGrid2->setHorizontalHeaderLabels(captions);
+    MSFlexGrid2->verticalHeader()->hide();
+    MSFlexGrid2->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    MSFlexGrid2->setSelectionMode(QAbstractItemView::SingleSelection);
+    MSFlexGrid2->setSelectionBehavior(QAbstractItemView::SelectRows);
+    MSFlexGrid2->installEventFilter(this);
+    MSFlexGrid2->viewport()->installEventFilter(this);
+    const int widths[] = {45, 110, 80, 80, 200, 90, 90, 28, 10};
+    for (int c = 0; c < 9; ++c)
+        MSFlexGrid2->setColumnWidth(c, widths[c]);
+    MSFlexGrid2->setMinimumWidth(760);
+    // The cursor row is aqua like the chosen ones.
+    MSFlexGrid2->setStyleSheet(QStringLiteral("QTableWidget::item:selected { background: #00FFFF; color: black; }"));
+
+    Combo2 = new QComboBox(this);
+    Combo2->setObjectName(QStringLiteral("Combo2"));
+    Combo5 = new QComboBox(this);
+    Combo5->setObjectName(QStringLiteral("Combo5"));
+    cmbStrediska = new QComboBox(this);
+    cmbStrediska->setObjectName(QStringLiteral("cmbStrediska"));
+    lblSelStredisko = new QLabel(this);
+    lblSelStredisko->setObjectName(QStringLiteral("lblSelStredisko"));
+    auto *filters = new QHBoxLayout;
+    filters->addWidget(new QLabel(QStringLiteral("Stav:"), this));
+    filters->addWidget(Combo2, 1);
+    filters->addWidget(new QLabel(QStringLiteral("Rok:"), this));
+    filters->addWidget(Combo5);
+    filters->addWidget(new QLabel(QStringLiteral("Středisko:"), this));
+    filters->addWidget(cmbStrediska, 1);
+    filters->addWidget(lblSelStredisko);
+
+    // The legend of the colours.
+    auto *legend = new QHBoxLayout;
+    const struct {
+        QColor colour;
+        const char *caption;
+    } legendItems[] = {{ObjColours::White, "- vytvořena"},     {ObjColours::White, "- připravena"},
+                       {ObjColours::Yellow, "- stáv výřizování"}, {ObjColours::Green, "- dodáno"},
+                       {ObjColours::Red, "- vyfakturována"},      {ObjColours::Grey, "- zaúčtována"},
+                       {ObjColours::Aqua, "- vybrána, kursor"}};
+    for (const auto &item : legendItems) {
+        auto *swatch = new QLabel(this);
+        swatch->setFixedSize(14, 14);
+        swatch->setStyleSheet(QStringLiteral("background:%1; border:1px solid gray").arg(item.colour.name()));
+        legend->addWidget(swatch);
+        legend->addWidget(new QLabel(QString::fromUtf8(item.caption), this));
+    }
+    legend->addStretch();
+
+    txtPage = box(this, QStringLiteral("txtPage"), true);
+    txtPages = box(this, QStringLiteral("txtPages"), true);
+    txtPage->setMaximumWidth(50);
+    txtPages->setMaximumWidth(50);
+    Label20 = new QLabel(this);
+    Label20->setObjectName(QStringLiteral("Label20"));
+    Label21 = new QLabel(this);
+    Label21->setObjectName(QStringLiteral("Label21"));
+    cmdTop = button(this, "cmdTop", QStringLiteral("Na konec"));
+    cmdBot = button(this, "cmdBot", QStringLiteral("Na začátek"));
+    cmdUp = button(this, "cmdUp", QStringLiteral("Stranka nahoru"));
+    cmdDown = button(this, "cmdDown", QStringLiteral("Stranka dolů"));
+    auto *paging = new QHBoxLayout;
+    paging->addWidget(new QLabel(QStringLiteral("Stránka:"), this));
+    paging->addWidget(txtPage);
+    paging->addWidget(new QLabel(QStringLiteral("Počet stránek:"), this));
+    paging->addWidget(txtPages);
+    for (QPushButton *b : {cmdBot, cmdDown, cmdUp, cmdTop})
+        paging->addWidget(b);
+    paging->addStretch();
+    paging->addWidget(new QLabel(QStringLiteral("Celkem:"), this));
+    paging->addWidget(Label20);
+    paging->addWidget(Label21);
+
+    // The detail.
+    auto *detail = new QGridLayout;
+    Text6 = box(this, QStringLiteral("Text6"), true);
+    Text2 = box(this, QStringLiteral("Text2"));
+    Text8 = box(this, QStringLiteral("Text8"));
+    Text7 = box(this, QStringLiteral("Text7"));
+    Text9 = box(this, QStringLiteral("Text9"));
+    txtDatObj = box(this, QStringLiteral("txtDatObj"), true);
+    txtGrant = box(this, QStringLiteral("txtGrant"));
+    txtCena = box(this, QStringLiteral("txtCena"));
+    txtCastka = box(this, QStringLiteral("txtCastka"));
+    txtZauct = box(this, QStringLiteral("txtZauct"));
+    txtPrijemce = box(this, QStringLiteral("txtPrijemce"));
+    txtHrazeno = box(this, QStringLiteral("txtHrazeno"));
+    Text4 = box(this, QStringLiteral("Text4"));
+    txtPozn = box(this, QStringLiteral("txtPozn"));
+    Text5 = box(this, QStringLiteral("Text5"));
+    Text5->hide();
+    Combo1 = new QComboBox(this);
+    Combo1->setObjectName(QStringLiteral("Combo1"));
+    Combo1->setEditable(true);
+    Command2 = button(this, "Command2", QStringLiteral("..."));
+    cmdPristup = button(this, "cmdPristup", QStringLiteral("..."));
+    const struct {
+        const char *caption;
+        QWidget *w;
+        QWidget *extra;
+    } rows[] = {{"Interni číslo objedn. :", Text6, nullptr}, {"Číslo objednávky:", Text2, nullptr},
+                {"Dne:", txtDatObj, nullptr},                {"Zapsáno dne:", Text8, nullptr},
+                {"Dodáno  dne:", Text7, Command2},          {"Zaúčtováno:", Text9, cmdPristup},
+                {"Číslo GRANTU:", txtGrant, nullptr},       {"Předpokladaná cena s DPH, Kč:", txtCena, nullptr},
+                {"Skutečna cena, Kč:", txtCastka, nullptr}, {"Zaúčtováno, Kč:", txtZauct, nullptr},
+                {"Přijemce:", txtPrijemce, nullptr},        {"Hrazeno z:", txtHrazeno, Text4},
+                {"Poznámka", txtPozn, nullptr},             {"Vyřizuje", Combo1, nullptr}};
+    int r = 0;
+    for (const auto &row : rows) {
+        detail->addWidget(new QLabel(QString::fromUtf8(row.caption), this), r, 0);
+        detail->addWidget(row.w, r, 1);
+        if (row.extra)
+            detail->addWidget(row.extra, r, 2);
+        ++r;
+    }
+    // The box numbers follow the goods and firm blocks; the numbers between them are unused.
+    for (int i = 0; i < 43; ++i) {
+        txtFields[i] = box(this, QStringLiteral("txtFields%1").arg(i));
+        txtFields[i]->hide();
+    }
+    for (int i = 0; i < 9; ++i) {
+        txtData[i] = box(this, QStringLiteral("txtData%1").arg(i));
+        txtData[i]->hide();
+    }
+
+    // Firm block and the kinds' frames.
+    auto *firm = new QFormLayout;
+    const char *firmCaptions[] = {"Firma:", "Z katalogu:", "Adresa:", "PSČ:", "Město:", "Tel.:", "Fax:"};
+    for (int i = 0; i < 7; ++i) {
+        firm->addRow(QString::fromUtf8(firmCaptions[i]), txtFields[31 - i]);
+        txtFields[31 - i]->show();
+    }
+
+    FrameZbozi = new QFrame(this);
+    FrameZbozi->setObjectName(QStringLiteral("FrameZbozi"));
+    auto *goods = new QGridLayout(FrameZbozi);
+    goods->addWidget(new QLabel(QStringLiteral("Zboží :"), FrameZbozi), 0, 0);
+    goods->addWidget(new QLabel(QStringLiteral("Cena za 1"), FrameZbozi), 0, 1);
+    goods->addWidget(new QLabel(QStringLiteral("Množ."), FrameZbozi), 0, 2);
+    for (int i = 0; i < 8; ++i) {
+        goods->addWidget(txtFields[nameBox(i)], i + 1, 0);
+        goods->addWidget(txtFields[8 + i], i + 1, 1);
+        goods->addWidget(txtFields[35 + i], i + 1, 2);
+        for (int b : {nameBox(i), 8 + i, 35 + i})
+            txtFields[b]->show();
+    }
+    lblDruh = new QLabel(this);
+    lblDruh->setObjectName(QStringLiteral("lblDruh"));
+
+    FrameText = new QFrame(this);
+    FrameText->setObjectName(QStringLiteral("FrameText"));
+    editor = new ObjTextEditor(FrameText);
+    cmdEdit = button(FrameText, "cmdEdit", QStringLiteral("Unlock"));
+    cmdSaveHTML = button(FrameText, "cmdSaveHTML", QStringLiteral("Save"));
+    auto *textLayout = new QVBoxLayout(FrameText);
+    auto *textButtons = new QHBoxLayout;
+    textButtons->addWidget(new QLabel(QStringLiteral("T e x t"), FrameText));
+    textButtons->addStretch();
+    textButtons->addWidget(cmdEdit);
+    textButtons->addWidget(cmdSaveHTML);
+    textLayout->addLayout(textButtons);
+    textLayout->addWidget(editor);
+
+    FrameForm = new QFrame(this);
+    FrameForm->setObjectName(QStringLiteral("FrameForm"));
+    auto *formLayout = new QVBoxLayout(FrameForm);
+    formLayout->addWidget(new QLabel(QStringLiteral("Formulář"), FrameForm));
+    for (int i = 0; i < 5; ++i) {
+        Text1[i] = box(FrameForm, QStringLiteral("Text1_%1").arg(i));
+        formLayout->addWidget(Text1[i]);
+    }
+
+    Frame6 = new QFrame(this);
+    Frame6->setObjectName(QStringLiteral("Frame6"));
+
+    cmdView = button(this, "cmdView", QStringLiteral("&Zobrazit"));
+    cmdPDFForm = button(this, "cmdPDFForm", QStringLiteral("Náhled v PDF"));
+    cmdCopy = button(this, "cmdCopy", QStringLiteral("&Kopírovat"));
+    cmdDelete = button(this, "cmdDelete", QStringLiteral("&Smazat"));
+    cmdTransfer = button(this, "cmdTransfer", QStringLiteral("&Přenest v archiv"));
+    cmdArchiv = button(this, "cmdArchiv", QStringLiteral("Archivy"));
+    cmdRefresh = button(this, "cmdRefresh", QStringLiteral("Refresh"));
+    cmdRozpocet = button(this, "cmdRozpocet", QStringLiteral("Rozpočet"));
+    cmdCerpani = button(this, "cmdCerpani", QStringLiteral("Čerpání"));
+    cmdLekarna = button(this, "cmdLekarna", QStringLiteral("Objednávky na Lekárně"));
+    cmdFind = button(this, "cmdFind", QStringLiteral("F7-&Najit"));
+    cmdClose = button(this, "cmdClose", QStringLiteral("Zavřít"));
+    Command3 = button(this, "Command3", QStringLiteral("Save"));
+    auto *commands = new QHBoxLayout;
+    for (QPushButton *b : {cmdView, cmdPDFForm, cmdCopy, cmdDelete, cmdTransfer, cmdArchiv, cmdRefresh, cmdRozpocet,
+                           cmdCerpani, cmdLekarna, cmdFind, Command3, cmdClose})
+        commands->addWidget(b);
+
+    auto *left = new QVBoxLayout;
+    left->addLayout(filters);
+    left->addWidget(MSFlexGrid2, 1);
+    left->addLayout(legend);
+    left->addLayout(paging);
+    auto *right = new QVBoxLayout;
+    right->addLayout(detail);
+    right->addLayout(firm);
+    right->addWidget(lblDruh);
+    right->addWidget(FrameZbozi);
+    right->addWidget(FrameText, 1);
+    right->addWidget(FrameForm);
+    right->addWidget(Frame6);
+    auto *top = new QHBoxLayout;
+    top->addLayout(left, 3);
+    top->addLayout(right, 2);
+    auto *main = new QVBoxLayout(this);
+    main->addLayout(top, 1);
+    main->addLayout(commands);
+    resize(1400, 820);
+
+    // Wiring.
+    connect(Combo2, &QComboBox::activated, this, [this] { FilterObj(); });
+    connect(Combo5, &QComboBox::activated, this, [this] { FilterObj(); });
+    connect(cmbStrediska, &QComboBox::activated, this, [this](int index) {
+        if (index <= 0)
+            return;
+        m_db = cmbStrediska->itemData(index).toString();
+        lblSelStredisko->setText(cmbStrediska->itemText(index));
+        m_chosen.clear();
+        FilterObj();
+    });
+    connect(MSFlexGrid2, &QTableWidget::currentCellChanged, this, [this](int row) { enterRow(row); });
+    connect(MSFlexGrid2, &QTableWidget::cellClicked, this, [this](int row, int column) {
+        if (column == ColumnL)
+            toggleHandover(row);
+    });
+    connect(cmdTop, &QPushButton::clicked, this, [this] { FillPage(m_pages); });
+    connect(cmdBot, &QPushButton::clicked, this, [this] { FillPage(1); });
+    connect(cmdUp, &QPushButton::clicked, this, [this] { FillPage(std::min(m_pages, m_page + 1)); });
+    connect(cmdDown, &QPushButton::clicked, this, [this] { FillPage(std::max(1, m_page - 1)); });
+    connect(cmdRefresh, &QPushButton::clicked, this, [this] { FilterObj(); });
+    connect(cmdCopy, &QPushButton::clicked, this, &frmArchObj::cmdCopy_Click);
+    connect(cmdDelete, &QPushButton::clicked, this, &frmArchObj::cmdDelete_Click);
+    connect(cmdView, &QPushButton::clicked, this, &frmArchObj::cmdView_Click);
+    connect(cmdPDFForm, &QPushButton::clicked, this, [this] {
+        if (PdfFormHandler() && m_nom)
+            PdfFormHandler()(this, m_nom);
+    });
+    connect(cmdCerpani, &QPushButton::clicked, this, &frmArchObj::cmdCerpani_Click);
+    connect(cmdRozpocet, &QPushButton::clicked, this, [this] { RunCommand(QStringLiteral("mnuRozpocet"), parentWidget()); });
+    connect(cmdLekarna, &QPushButton::clicked, this, &frmArchObj::cmdLekarna_Click);
+    connect(cmdEdit, &QPushButton::clicked, this, [this] { editor->setLocked(false); });
+    connect(cmdSaveHTML, &QPushButton::clicked, this, &frmArchObj::cmdSaveHTML_Click);
+    connect(Command3, &QPushButton::clicked, this, [this] { SaveByRole(); });
+    connect(cmdClose, &QPushButton::clicked, this, &QDialog::accept);
+    connect(Command2, &QPushButton::clicked, this, [this] { pickDate(Text7); });
+    connect(cmdPristup, &QPushButton::clicked, this, [this] { pickDate(Text9); });
+
+    // Enter in a detail box saves; the date and amount boxes also save when left.
+    for (QLineEdit *e : {Text2, Text8, txtGrant, txtCena, txtPrijemce, txtHrazeno, Text4, txtPozn})
+        connect(e, &QLineEdit::returnPressed, this, [this] { SaveByRole(); });
+    for (QLineEdit *e : txtFields)
+        connect(e, &QLineEdit::returnPressed, this, [this] { SaveByRole(); });
+    for (QLineEdit *e : Text1)
+        connect(e, &QLineEdit::returnPressed, this, [this] { SaveByRole(); });
+    for (QLineEdit *e : {Text7, Text9}) {
+        e->installEventFilter(this);
+        connect(e, &QLineEdit::editingFinished, this, [this, e] {
+            if (!m_filling && e->isModified()) {
+                e->setText(DateTwoDigits(e->text().trimmed()));
+                e->setModified(false);
+                SaveByRole();
+            }
+        });
+    }
+    for (QLineEdit *e : {txtCastka, txtZauct})
+        connect(e, &QLineEdit::editingFinished, this, [this, e] {
+            if (!m_filling && e->isModified()) {
+                e->setModified(false);
+                amountLeft();
+            }
+        });
+}
+
+void frmArchObj::fillLists()
+{
+    DbConnection sys(ConnStrSys());
+    if (sys.isOpen()) {
+        QSqlQuery q = sys.query();
+        // The payment sources, with the three of every institute when the table is empty.
+        if (sys.exec(q, QStringLiteral("SELECT COUNT(*) FROM sys_hrazeno")) && q.next() && q.value(0).toInt() == 0)
+            for (const char *typ : {"GRANTU", "VVZ", "NS"})
+                sys.exec(QStringLiteral("INSERT INTO sys_hrazeno (Typ) VALUES (?)"), {QString::fromLatin1(typ)});
+        Combo1->clear();
+        if (sys.exec(q, QStringLiteral("SELECT Vyrizuje FROM sys_nastaveniobj ORDER BY Vyrizuje")))
+            while (q.next())
+                Combo1->addItem(q.value(0).toString());
+        cmbStrediska->clear();
+        cmbStrediska->addItem(QStringLiteral("- Výbrat -"));
+        if (sys.exec(q, QStringLiteral("SELECT code_stredisko, name_stredisko, mysql_db FROM sys_db_kvl ORDER BY code_stredisko")))
+            while (q.next())
+                cmbStrediska->addItem(q.value(0).toString() + QLatin1Char(' ') + q.value(1).toString(), q.value(2));
+    }
+    Combo2->clear();
+    Combo2->addItems(ObjStatusEntries());
+    Combo2->addItems(UserGrantList(Session().UserFiltrGrant));
+    Combo2->setCurrentIndex(0);
+    Combo5->clear();
+    const int year = QDate::currentDate().year();
+    for (int y = year; y >= year - 20; --y)
+        Combo5->addItem(QString::number(y));
+    Combo5->setCurrentIndex(-1);
+}
+
+void frmArchObj::Load()
+{
+    fillLists();
+    applyRole();
+    FilterObj();
+}
+
+void frmArchObj::applyRole()
+{
+    const int own = Session().UserTyp;
+    cmbStrediska->setVisible(own == 2 || own == 5);
+    lblSelStredisko->setVisible(own == 2 || own == 5);
+    Command3->setEnabled(m_role != 5);
+    cmdEdit->setEnabled(m_role != 5 && m_role != 3);
+    cmdRozpocet->setEnabled(m_role != 3);
+    cmdCerpani->setEnabled(m_role != 3);
+}
+
+void frmArchObj::FilterObj(const QString &field)
+{
+    const int status = Combo2->currentIndex();
+    m_filter = ::FilterObj(status, Combo2->currentText(), Combo5->currentIndex() >= 0 ? Combo5->currentText() : QString(),
+                           m_role == 3, field);
+    const ObjFilter &f = m_filter;
+    DbConnection conn(ConnStrFor(m_db));
+    m_rows.clear();
+    m_total = 0;
+    if (conn.isOpen()) {
+        short counter = 1;
+        if (NextObjCounter(conn, &counter))
+            m_nextNumber = MakeObjCislo(counter);
+        const QString where = f.sql.isEmpty() ? QString() : QStringLiteral(" WHERE ") + f.sql;
+        QSqlQuery q = conn.query();
+        if (status >= 1 && status <= 4) {
+            // A status list is one page of every row whose colour fits.
+            if (conn.exec(q, QStringLiteral("SELECT ") + GridColumns + QStringLiteral(" FROM archobj") + where
+                                 + QStringLiteral(" ORDER BY cis_obj, nom"), f.values))
+                m_total = -1;
+        } else if (conn.exec(q, QStringLiteral("SELECT COUNT(*) FROM archobj") + where, f.values) && q.next()) {
+            m_total = q.value(0).toInt();
+        }
+        if (m_total == -1) {
+            while (q.next()) {
+                GridRow row;
+                row.nom = q.value(0).toInt();
+                row.castkaNull = q.value(5).isNull();
+                row.state = {row.castkaNull, q.value(5).toString(), q.value(7).toString(), q.value(8).toString(),
+                             q.value(9).toString()};
+                if (!ObjColourFitsStatus(ObjColour(row.state), status))
+                    continue;
+                row.cisObj = q.value(1).toString();
+                row.datObj = q.value(2).toString();
+                row.grant = q.value(3).toString();
+                row.firma = q.value(4).toString();
+                row.castka = q.value(5).toString();
+                row.coml = q.value(6).toInt() == 1;
+                m_rows << row;
+            }
+            m_total = int(m_rows.size());
+        }
+    }
+    FillPage(0);
+}
+
+void frmArchObj::FillPage(int page)
+{
+    const int status = Combo2->currentIndex();
+    const bool statusList = status >= 1 && status <= 4;
+    m_pages = statusList ? (m_rows.isEmpty() ? 0 : 1) : ObjPageCount(m_total);
+    m_page = page <= 0 || page > m_pages ? m_pages : page;
+    if (!statusList) {
+        m_rows.clear();
+        DbConnection conn(ConnStrFor(m_db));
+        const ObjFilter &f = m_filter;
+        QSqlQuery q = conn.query();
+        QVariantList values = f.values;
+        values << ObjPageStart(m_total, m_page);
+        if (conn.isOpen()
+            && conn.exec(q, QStringLiteral("SELECT ") + GridColumns + QStringLiteral(" FROM archobj")
+                                + (f.sql.isEmpty() ? QString() : QStringLiteral(" WHERE ") + f.sql)
+                                + QStringLiteral(" ORDER BY cis_obj, nom LIMIT %1 OFFSET ?").arg(ObjPageRows),
+                         values)) {
+            while (q.next()) {
+                GridRow row;
+                row.nom = q.value(0).toInt();
+                row.cisObj = q.value(1).toString();
+                row.datObj = q.value(2).toString();
+                row.grant = q.value(3).toString();
+                row.firma = q.value(4).toString();
+                row.castka = q.value(5).toString();
+                row.castkaNull = q.value(5).isNull();
+                row.coml = q.value(6).toInt() == 1;
+                row.state = {row.castkaNull, row.castka, q.value(7).toString(), q.value(8).toString(), q.value(9).toString()};
+                m_rows << row;
+            }
+        }
+    }
+
+    m_filling = true;
+    MSFlexGrid2->clearContents();
+    MSFlexGrid2->setRowCount(int(m_rows.size()));
+    double sum5 = 0, sum6 = 0;
+    for (int r = 0; r < m_rows.size(); ++r) {
+        const GridRow &row = m_rows[r];
+        const QString texts[] = {QString::number(row.nom), row.cisObj, dateShown(row.datObj), row.grant, row.firma,
+                                 GetField(row.castka, 0), GetField(row.castka, 1), QString(), QString()};
+        for (int c = 0; c < 9; ++c)
+            MSFlexGrid2->setItem(r, c, new QTableWidgetItem(texts[c]));
+        paintRow(r);
+        if (!row.grant.contains(QLatin1Char(','))) {
+            sum5 += AmountOf(texts[5]);
+            sum6 += AmountOf(texts[6]);
+        }
+    }
+    Label20->setText(FormatAmountText(QString::number(sum5, 'f', 2)));
+    Label21->setText(FormatAmountText(QString::number(sum6, 'f', 2)));
+    txtPage->setText(QString::number(m_page));
+    txtPages->setText(QString::number(m_pages));
+    const int rows = statusList ? int(m_rows.size()) : m_total;
+    cmdDown->setEnabled(!(rows < 29 || m_page <= 1));
+    cmdUp->setEnabled(!(rows < 29 || m_page >= m_pages));
+    const bool any = !m_rows.isEmpty();
+    for (QPushButton *b : {cmdDelete, cmdCopy, Command2})
+        b->setEnabled(any);
+    m_filling = false;
+    if (any) {
+        MSFlexGrid2->setCurrentCell(0, 1);
+        enterRow(0);
+    } else {
+        clearDetail();
+    }
+}
+
+void frmArchObj::paintRow(int r)
+{
+    const GridRow &row = m_rows[r];
+    const bool chosen = m_chosen.contains(row.nom);
+    for (int c = 0; c < 9; ++c)
+        if (QTableWidgetItem *item = MSFlexGrid2->item(r, c))
+            item->setBackground(ObjCellColour(row.state, c, chosen));
+    if (QTableWidgetItem *l = MSFlexGrid2->item(r, ColumnL))
+        l->setIcon(row.coml ? style()->standardIcon(QStyle::SP_DialogApplyButton) : QIcon());
+}
+
+void frmArchObj::enterRow(int r)
+{
+    if (m_filling || r < 0 || r >= m_rows.size())
+        return;
+    ShowObj(m_rows[r].nom);
+}
+
+void frmArchObj::clearDetail()
+{
+    m_nom = 0;
+    m_typ = 0;
+    for (QLineEdit *e : {Text6, Text2, Text8, Text7, Text9, txtDatObj, txtGrant, txtCena, txtCastka, txtZauct,
+                         txtPrijemce, txtHrazeno, Text4, txtPozn, Text5})
+        e->clear();
+    for (QLineEdit *e : txtFields)
+        e->clear();
+    for (QLineEdit *e : txtData)
+        e->clear();
+    for (QLineEdit *e : Text1)
+        e->clear();
+    editor->setHtml(QString());
+}
+
+void frmArchObj::ShowObj(int nom)
+{
+    DbConnection conn(ConnStrFor(m_db));
+    QSqlQuery q = conn.query();
+    if (!conn.isOpen() || !conn.exec(q, QStringLiteral("SELECT * FROM archobj WHERE nom = ?"), {nom}) || !q.next())
+        return;   // gone meanwhile: nothing to show
+    m_filling = true;
+    clearDetail();
+    m_nom = nom;
+    auto v = [&q](const char *column) { return q.value(QLatin1String(column)).toString(); };
+    m_typ = short(v("Typ").trimmed().toInt());
+    Text6->setText(v("cis_obj"));
+    Text2->setText(v("Cis_global"));
+    Text8->setText(v("objWF"));
+    Text7->setText(v("Dat_vyriz"));
+    Text9->setText(v("objZauct"));
+    txtDatObj->setText(dateShown(v("Dat_obj")));
+    txtGrant->setText(v("Grant"));
+    txtCena->setText(v("poc10"));
+    const QString castka = v("Castka");
+    txtData[8]->setText(castka);
+    txtCastka->setText(GetField(castka, 0));
+    txtZauct->setText(GetField(castka, 1));
+    txtPrijemce->setText(GetField(castka, 2));
+    txtHrazeno->setText(GetField(v("Prikazce"), 1));
+    Text4->setText(GetField(v("Prikazce"), 2));
+    txtPozn->setText(GetField(v("Text1"), 0));
+    Text5->setText(v("Text1"));
+    const char *firm[] = {"Firma", "Pobocka", "Adres", "PSC", "Mesto", "Tel", "Fax"};
+    for (int i = 0; i < 7; ++i)
+        txtFields[31 - i]->setText(v(firm[i]));
+    for (int i = 0; i < 8; ++i) {
+        const QString rec = q.value(QStringLiteral("LineRec%1").arg(i + 1)).toString();
+        const QString poc = q.value(QStringLiteral("Poc%1").arg(i + 1)).toString().trimmed();
+        const QString unit = GetField(rec, 2).trimmed();
+        txtData[i]->setText(rec);
+        txtFields[nameBox(i)]->setText(GetField(rec, 0));
+        txtFields[8 + i]->setText(GetField(rec, 1));
+        txtFields[35 + i]->setText(poc.isEmpty() || unit.isEmpty() || poc.contains(unit) ? poc : poc + QLatin1Char(' ') + unit);
+    }
+    for (int i = 0; i < 5; ++i)
+        Text1[i]->setText(q.value(QStringLiteral("LineRec%1").arg(i + 1)).toString().remove(QLatin1Char('#')));
+    Combo1->setEditText(v("LineRec9"));
+
+    FrameZbozi->setVisible(m_typ == KindSklad);
+    FrameText->setVisible(m_typ == KindText || m_typ == KindSluzby);
+    FrameForm->setVisible(m_typ == KindFormCZ || m_typ == KindFormAN);
+    lblDruh->setText(m_typ == KindSklad ? QStringLiteral("objednávka sklad")
+                     : m_typ == KindFormCZ || m_typ == KindFormAN ? QStringLiteral("formulář")
+                                                                  : QStringLiteral("objednávka text"));
+    const QString body = v("file_html_text");
+    editor->setHtml(body);
+    editor->setLocked(true);
+    m_filling = false;
+    if (m_typ != KindSklad && body.isEmpty() && !v("Text").trimmed().isEmpty())
+        MsgBox(QStringLiteral("Nemužu zobrazit text dokladu, možna je smazan nebo poškožen: \r\n") + v("Text"));
+}
+
+bool frmArchObj::SaveByRole()
+{
+    if (m_filling || m_nom == 0 || m_role == 5)
+        return false;
+    DbConnection conn(ConnStrFor(m_db));
+    if (!conn.isOpen())
+        return false;
+    ObjWrite result;
+    if (m_role == 3) {
+        result = SaveObjLekarna(conn, m_nom, txtData[8]->text(), Text7->text(), Text8->text());
+    } else {
+        ObjArchiveDetail d;
+        d.typ = m_typ;
+        for (int i = 0; i < 7; ++i)
+            d.firm[i] = txtFields[31 - i]->text();
+        const bool letter = m_typ == KindFormCZ || m_typ == KindFormAN;
+        for (int i = 0; i < 8; ++i) {
+            if (letter)
+                d.lineRec[i] = i < 5 ? Text1[i]->text() : txtData[i]->text();
+            else
+                d.lineRec[i] = txtFields[nameBox(i)]->text() + QLatin1Char('#') + txtFields[8 + i]->text() + QLatin1Char('#')
+                               + GetField(txtData[i]->text(), 2);
+            d.poc[i] = txtFields[35 + i]->text();
+        }
+        // The body as stored; only cmdSaveHTML replaces it with the editor's.
+        QSqlQuery q = conn.query();
+        if (m_typ != KindSklad && conn.exec(q, QStringLiteral("SELECT file_html_text FROM archobj WHERE nom = ?"), {m_nom}) && q.next())
+            d.body = q.value(0).toString();
+        d.poc10 = txtCena->text();
+        d.castka = txtData[8]->text();
+        d.prikazce = QLatin1Char('#') + txtHrazeno->text() + QLatin1Char('#') + Text4->text();
+        d.datVyriz = DateTwoDigits(Text7->text().trimmed());
+        d.grant = txtGrant->text();
+        // The note box holds piece 0 of the whole note; the rest stays.
+        QString note = Text5->text();
+        const qsizetype hash = note.indexOf(QLatin1Char('#'));
+        d.text1 = hash < 0 ? txtPozn->text() : txtPozn->text() + note.mid(hash);
+        d.cisGlobal = Text2->text();
+        d.objWF = Text8->text();
+        d.objZauct = Text9->text();
+        result = SaveObjArchive(conn, m_nom, d);
+    }
+    if (result == ObjWrite::Failed) {
+        MsgBox(DbErrorMessage(conn.db().lastError()), MsgCritical);
+        return false;
+    }
+    // The row's state may have changed: read it again for the grid (gone rows leave the list).
+    const int nom = m_nom;
+    const int current = MSFlexGrid2->currentRow();
+    if (result == ObjWrite::Missing) {
+        FilterObj();
+        return false;
+    }
+    QSqlQuery q = conn.query();
+    if (conn.exec(q, QStringLiteral("SELECT ") + GridColumns + QStringLiteral(" FROM archobj WHERE nom = ?"), {nom}) && q.next()
+        && current >= 0 && current < m_rows.size() && m_rows[current].nom == nom) {
+        GridRow &row = m_rows[current];
+        row.castka = q.value(5).toString();
+        row.castkaNull = q.value(5).isNull();
+        row.cisObj = q.value(1).toString();
+        row.grant = q.value(3).toString();
+        row.firma = q.value(4).toString();
+        row.state = {row.castkaNull, row.castka, q.value(7).toString(), q.value(8).toString(), q.value(9).toString()};
+        const QString texts[] = {QString::number(nom), row.cisObj, dateShown(row.datObj), row.grant, row.firma,
+                                 GetField(row.castka, 0), GetField(row.castka, 1)};
+        for (int c = 0; c < 7; ++c)
+            MSFlexGrid2->item(current, c)->setText(texts[c]);
+        paintRow(current);
+    }
+    return true;
+}
+
+void frmArchObj::amountLeft()
+{
+    txtCastka->setText(FormatAmountText(txtCastka->text()));
+    txtZauct->setText(FormatAmountText(txtZauct->text()));
+    txtData[8]->setText(txtCastka->text() + QLatin1Char('#') + txtZauct->text() + QLatin1Char('#') + txtPrijemce->text());
+    SaveByRole();
+}
+
+void frmArchObj::toggleChosen()
+{
+    const int r = MSFlexGrid2->currentRow();
+    if (r < 0 || r >= m_rows.size())
+        return;
+    const int nom = m_rows[r].nom;
+    if (m_chosen.contains(nom))
+        m_chosen.remove(nom);
+    else
+        m_chosen.insert(nom);
+    paintRow(r);
+}
+
+void frmArchObj::toggleHandover(int r)
+{
+    if (r < 0 || r >= m_rows.size() || !CanToggleHandover(m_role))
+        return;
+    DbConnection conn(ConnStrFor(m_db));
+    QSqlQuery q = conn.query();
+    if (!conn.isOpen() || !conn.exec(q, QStringLiteral("SELECT * FROM ArchObj WHERE nom=?"), {m_rows[r].nom}) || !q.next())
+        return;
+    const bool handed = q.value(QStringLiteral("coml")).toInt() == 1;
+    QString title = Title;
+    if (!Confirmed(MsgBoxPos(HandoverQuestion(q.value(QStringLiteral("cis_obj")).toString(), handed), MsgQuestionOkCancel, title)))
+        return;
+    if (!SetHandover(conn, m_rows[r].nom, !handed))
+        return;
+    m_rows[r].coml = !handed;
+    paintRow(r);
+}
+
+void frmArchObj::cmdCopy_Click()
+{
+    if (m_nom == 0)
+        return;
+    QString title = Title;
+    if (!Confirmed(MsgBoxPos(QStringLiteral("Chcete opravdu kopirovat objednávku číslo ") + Text6->text() + QStringLiteral(" ?"),
+                             MsgQuestionOkCancel, title)))
+        return;
+    const std::optional<QString> number = InputBox(QStringLiteral("Zadejte číslo objednávku"),
+                                                   QStringLiteral("Kopírovat objednávku:"), m_nextNumber);
+    if (!number || number->trimmed().isEmpty())
+        return;
+    DbConnection conn(ConnStrFor(m_db));
+    const int copy = CopyObj(conn, m_nom, number->trimmed());
+    if (copy < 0) {
+        MsgBox(DbErrorMessage(conn.db().lastError()), MsgCritical);
+        return;
+    }
+    FilterObj();
+    for (int page = m_pages; copy > 0 && page >= 1; --page) {
+        for (int r = 0; r < m_rows.size(); ++r)
+            if (m_rows[r].nom == copy) {
+                MSFlexGrid2->setCurrentCell(r, 1);
+                return;
+            }
+        if (page > 1)
+            FillPage(page - 1);
+    }
+}
+
+void frmArchObj::cmdDelete_Click()
+{
+    DbConnection conn(ConnStrFor(m_db));
+    QString title = Title;
+    if (!m_chosen.isEmpty()) {
+        if (!Confirmed(MsgBoxPos(MultiDeleteQuestion(int(m_chosen.size())), MsgQuestionOkCancel, title)))
+            return;
+        const int count = DeleteObjRows(conn, m_chosen.values());
+        if (count < 0) {
+            MsgBox(DbErrorMessage(conn.db().lastError()), MsgCritical);
+            return;
+        }
+        m_chosen.clear();
+        MsgBox(QString::number(count) + QStringLiteral(" - řádky/ů bylo smazano."));
+    } else {
+        if (m_nom == 0)
+            return;
+        if (!Confirmed(MsgBoxPos(QStringLiteral("Chcete opravdu zrušit tuto objednávku? Pozor, budou zrušene vše objednávky ID ")
+                                     + Text6->text() + QLatin1Char('.'),
+                                 MsgQuestionOkCancel, title)))
+            return;
+        if (DeleteObjNumber(conn, Text6->text()) < 0) {
+            MsgBox(DbErrorMessage(conn.db().lastError()), MsgCritical);
+            return;
+        }
+    }
+    const int page = m_page;
+    FilterObj();
+    if (page < m_pages)
+        FillPage(page);
+}
+
+void frmArchObj::cmdView_Click()
+{
+    if (m_nom == 0)
+        return;
+    DbConnection sys(ConnStrSys());
+    DbConnection conn(ConnStrFor(m_db));
+    if (!sys.isOpen() || !conn.isOpen())
+        return;
+    const ObjFormContext ctx = LoadObjFormContext(sys, Session().TempDir);
+    QString error;
+    const QString path = WriteObjFormFile(conn, ctx, GetZadankySave(), Text6->text(), &error);
+    if (path.isEmpty()) {
+        MsgBox(error, MsgCritical);
+        return;
+    }
+    ViewHTML(path);
+}
+
+void frmArchObj::cmdCerpani_Click()
+{
+    if (Combo2->currentIndex() < 5) {
+        MsgBox(QStringLiteral("Není vybrány žádny GRANT. Za pomocí rolovacího seznamu Stav vyberte grant..."));
+        return;
+    }
+    const QString grant = Combo2->currentText();
+    DbConnection conn(ConnStrFor(m_db));
+    DbConnection granty(ConnStrGranty());
+    QString ask, error;
+    BuildObjLJ out;
+    const QString folder = GetZadankySave();
+    QDir().mkpath(folder);
+    const QString path = CerpaniPath(folder, grant);
+    if (!TiskGrantTabl(out, conn, granty, path, grant, GetSetPrintSize(ask), &error)) {
+        MsgBox(error.isEmpty() ? out.Error() : error, MsgCritical);
+        return;
+    }
+    ViewHTML(path);
+}
+
+void frmArchObj::cmdLekarna_Click()
+{
+    m_role = m_role == 3 ? Session().UserTyp : 3;
+    m_chosen.clear();
+    applyRole();
+    FilterObj();
+}
+
+void frmArchObj::cmdSaveHTML_Click()
+{
+    if (m_nom == 0 || m_role == 5)
+        return;
+    DbConnection conn(ConnStrFor(m_db));
+    const QString text = QStringLiteral("F") + QString(Text6->text()).replace(QLatin1Char('/'), QLatin1Char('_')) + QStringLiteral(".txt");
+    if (!conn.exec(QStringLiteral("UPDATE ArchObj SET `Text` = ?, `file_html_text` = ? WHERE nom=?"), {text, editor->html(), m_nom})) {
+        MsgBox(DbErrorMessage(conn.db().lastError()), MsgCritical);
+        return;
+    }
+    editor->setLocked(true);
+    SaveByRole();
+}
+
+void frmArchObj::pickDate(QLineEdit *target)
+{
+    const std::optional<QString> date = DatePicker(this, target->text());
+    if (!date || *date == QLatin1String("00:00:00"))
+        return;
+    target->setText(*date);
+    SaveByRole();
+}
+
+void frmArchObj::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_F3: cmdView_Click(); return;
+    case Qt::Key_F8: cmdDelete_Click(); return;
+    case Qt::Key_F5:
+    case Qt::Key_F7: return;
+    case Qt::Key_Escape: return;   // the list stays; Esc does not close it
+    default: QDialog::keyPressEvent(event);
+    }
+}
+
+bool frmArchObj::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == MSFlexGrid2 && event->type() == QEvent::KeyPress) {
+        auto *key = static_cast<QKeyEvent *>(event);
+        if (key->key() == Qt::Key_Space) {
+            toggleChosen();
+            return true;
+        }
+        if (key->key() == Qt::Key_F3 || key->key() == Qt::Key_F8) {
+            keyPressEvent(key);
+            return true;
+        }
+    }
+    if (watched == MSFlexGrid2->viewport() && event->type() == QEvent::MouseMove) {
+        // A hand over the handover column when the grid has rows.
+        const int column = MSFlexGrid2->columnAt(static_cast<QMouseEvent *>(event)->position().toPoint().x());
+        MSFlexGrid2->viewport()->setCursor(column == ColumnL && !m_rows.isEmpty() ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    }
+    auto *dateBox = qobject_cast<QLineEdit *>(watched);
+    if (dateBox && (dateBox == Text7 || dateBox == Text9)) {
+        if (event->type() == QEvent::FocusIn && dateBox->text().isEmpty() && !m_rows.isEmpty() && !m_filling) {
+            dateBox->setText(QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy")));
+            dateBox->setModified(true);
+        } else if (event->type() == QEvent::KeyPress) {
+            const int k = static_cast<QKeyEvent *>(event)->key();
+            if (k == Qt::Key_Backspace || k == Qt::Key_Space || k == Qt::Key_Delete) {
+                dateBox->clear();
+                dateBox->setModified(true);
+                return true;
+            }
+        }
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void ShowArchObj(QWidget *parent)
+{
+    auto *screen = new frmArchObj(parent);
+    screen->setAttribute(Qt::WA_DeleteOnClose);
+    screen->Load();
+    screen->show();
+}

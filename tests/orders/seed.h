@@ -1,0 +1,43 @@
+#pragma once
+// Seeding the demo centre's orders for the order tests.
+
+#include "core/db.h"
+#include "support/testenv.h"
+
+#include <QList>
+#include <QPair>
+#include <QString>
+
+namespace seed {
+inline const QString Centre = QStringLiteral("fondarix_ofk");
+
+// A centre with no orders, the demo's users and settings kept.
+inline void EmptyCentre()
+{
+    testenv::FreshDatabases(true);
+    testenv::Exec(Centre, QStringLiteral("DELETE FROM archobj"));
+    testenv::Exec(Centre, QStringLiteral("DELETE FROM objedn_footer"));
+}
+
+// Inserts a row from "column=value" pairs ("NULL" for NULL); returns its nom.
+inline int Insert(const QList<QPair<QString, QString>> &columns)
+{
+    DbConnection c(ConnStrFor(Centre));
+    QStringList names, marks;
+    QVariantList values;
+    for (const auto &[name, value] : columns) {
+        names << QLatin1Char('`') + name + QLatin1Char('`');
+        marks << QStringLiteral("?");
+        values << (value == QLatin1String("NULL") ? QVariant() : QVariant(value));
+    }
+    EXPECT_TRUE(c.exec(QStringLiteral("INSERT INTO archobj (%1) VALUES (%2)").arg(names.join(','), marks.join(',')), values))
+        << c.errorText().toStdString();
+    return testenv::Column(Centre, QStringLiteral("SELECT MAX(nom) FROM archobj")).value(0).toInt();
+}
+
+// Columns of the order of that number joined by "|" (NULL left out).
+inline QString Row(const QString &columns, const QString &cisObj)
+{
+    return testenv::Column(Centre, QStringLiteral("SELECT CONCAT_WS('|', %1) FROM archobj WHERE cis_obj='%2'").arg(columns, cisObj)).value(0);
+}
+} // namespace seed
