@@ -54,12 +54,6 @@ QPushButton *button(QWidget *parent, const char *name, const QString &caption)
     return b;
 }
 
-QString dateShown(const QString &datObj)
-{
-    const QDate d = QDate::fromString(datObj.left(10), Qt::ISODate);
-    return d.isValid() ? d.toString(QStringLiteral("dd.MM.yyyy")) : DateTwoDigits(datObj);
-}
-
 // The name box of goods line i (0..7): lines 7 and 8 have boxes of their own numbers.
 int nameBox(int i) { return i < 6 ? i : (i == 6 ? 24 : 32); }
 } // namespace
@@ -499,7 +493,7 @@ void frmArchObj::FillPage(int page)
     double sum5 = 0, sum6 = 0;
     for (int r = 0; r < m_rows.size(); ++r) {
         const GridRow &row = m_rows[r];
-        const QString texts[] = {QString::number(row.nom), row.cisObj, dateShown(row.datObj), row.grant, row.firma,
+        const QString texts[] = {QString::number(row.nom), row.cisObj, ObjDateText(row.datObj), row.grant, row.firma,
                                  GetField(row.castka, 0), GetField(row.castka, 1), QString(), QString()};
         for (int c = 0; c < 9; ++c)
             MSFlexGrid2->setItem(r, c, new QTableWidgetItem(texts[c]));
@@ -578,7 +572,7 @@ void frmArchObj::ShowObj(int nom)
     Text8->setText(v("objWF"));
     Text7->setText(v("Dat_vyriz"));
     Text9->setText(v("objZauct"));
-    txtDatObj->setText(dateShown(v("Dat_obj")));
+    txtDatObj->setText(ObjDateText(v("Dat_obj")));
     txtGrant->setText(v("Grant"));
     txtCena->setText(v("poc10"));
     const QString castka = v("Castka");
@@ -683,7 +677,7 @@ bool frmArchObj::SaveByRole()
         row.grant = q.value(3).toString();
         row.firma = q.value(4).toString();
         row.state = {row.castkaNull, row.castka, q.value(7).toString(), q.value(8).toString(), q.value(9).toString()};
-        const QString texts[] = {QString::number(nom), row.cisObj, dateShown(row.datObj), row.grant, row.firma,
+        const QString texts[] = {QString::number(nom), row.cisObj, ObjDateText(row.datObj), row.grant, row.firma,
                                  GetField(row.castka, 0), GetField(row.castka, 1)};
         for (int c = 0; c < 7; ++c)
             MSFlexGrid2->item(current, c)->setText(texts[c]);

@@ -50,12 +50,7 @@ QString ObjFormPath(const QString &folder, const QString &cisObj)
 namespace {
 QString piece(const QString &line, short index) { return GetField(line, index, '~'); }
 
-// "0" or empty is size 1; the smaller elements are one less.
-QString fontOf(const QString &param)
-{
-    const QString f = param.trimmed();
-    return f.isEmpty() || f == QLatin1String("0") ? QStringLiteral("1") : f;
-}
+// The smaller elements are one size less.
 QString smaller(const QString &font) { return QString::number(font.toInt() - 1); }
 
 bool isNumber(const QString &text, int *value)
@@ -85,12 +80,6 @@ int bodyLines(const ObjFormContext &ctx, const QString &paticka)
     if (!isNumber(paticka, &pat) || pat <= 2)
         l += 6;
     return std::clamp(l - 4, 0, 200);
-}
-
-QString dateOf(const QString &datObj)
-{
-    const QDate d = QDate::fromString(datObj.left(10), Qt::ISODate);
-    return d.isValid() ? d.toString(QStringLiteral("dd.MM.yyyy")) : datObj;
 }
 
 void head(BuildObjLJ &out, const QString &title)
@@ -169,7 +158,7 @@ bool BuildFormObj2(BuildObjLJ &out, const ObjFormContext &ctx, const QString &pa
 {
     if (!out.Open(path))
         return false;
-    const QString font = fontOf(ctx.font);
+    const QString font = FormFontSize(ctx.font);
     const QString small = smaller(font);
     const QString typText = piece(line, ObjIx::Typ).trimmed();
     int kind = 0;
@@ -178,7 +167,7 @@ bool BuildFormObj2(BuildObjLJ &out, const ObjFormContext &ctx, const QString &pa
     const QString hrazeno = GetField(piece(line, ObjIx::Prikazce), 1).trimmed();
     const QString cena = piece(line, ObjIx::Poc10);
     const QString grant = piece(line, ObjIx::Grant);
-    const QString datum = dateOf(piece(line, ObjIx::DatObj));
+    const QString datum = ObjDateText(piece(line, ObjIx::DatObj));
     const bool order = !ctx.formPoz;
     const bool goodsOrder = order && ctx.role != 3 && kind == KindSklad;
 
@@ -330,7 +319,7 @@ void letterSubject(BuildObjLJ &out, const QString &line, const QString &subject,
     out.Line(QStringLiteral("<table border=0 width=100%><tr><td valign=bottom>"));
     for (int i = 0; i < 8; ++i)
         out.Line(QStringLiteral("&nbsp;<BR>"));
-    out.Line(QStringLiteral("<font size=4") + dateCaption + dateOf(piece(line, ObjIx::DatObj)) + QStringLiteral("</font>"));
+    out.Line(QStringLiteral("<font size=4") + dateCaption + ObjDateText(piece(line, ObjIx::DatObj)) + QStringLiteral("</font>"));
     out.Line(QStringLiteral("</td></tr></table>"));
     out.Line(QStringLiteral("<hr>"));
 }

@@ -47,6 +47,18 @@ QString FormatAmountText(const QString &typed)
     return FormatCastka(value, width).trimmed();
 }
 
+QString ObjDateText(const QString &datObj)
+{
+    const QDate d = QDate::fromString(datObj.left(10), Qt::ISODate);
+    return d.isValid() ? d.toString(QStringLiteral("dd.MM.yyyy")) : DateTwoDigits(datObj);
+}
+
+QString FormFontSize(const QString &param)
+{
+    const QString f = param.trimmed();
+    return f.isEmpty() || f == QLatin1String("0") ? QStringLiteral("1") : f;
+}
+
 short NextObjCounterFrom(const QStringList &cisObjNumbers)
 {
     if (cisObjNumbers.isEmpty())

@@ -34,6 +34,10 @@ QString ObjRecordLine(const QSqlRecord &row);
 double AmountOf(const QString &piece);
 // A typed amount through the amount formatter, unpadded ("1 250,00").
 QString FormatAmountText(const QString &typed);
+// Dat_obj ("yyyy-mm-dd hh:mm:ss") as a date on screens and forms, "dd.mm.yyyy".
+QString ObjDateText(const QString &datObj);
+// The user's font size for a form or report: "0" or empty is 1.
+QString FormFontSize(const QString &param);
 
 // Numbering. The counter is the first "/"-piece of the last cis_obj in text order, plus one,
 // held in 16 bits; an empty table gives 1. The text sort makes it stick at 10000.

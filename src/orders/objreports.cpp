@@ -7,12 +7,6 @@
 #include <QDir>
 
 namespace {
-QString fontOf(const QString &font)
-{
-    const QString f = font.trimmed();
-    return f.isEmpty() || f == QLatin1String("0") ? QStringLiteral("1") : f;
-}
-
 // Angle brackets and ampersands of stored texts would break the table.
 QString cell(const QString &text)
 {
@@ -101,7 +95,7 @@ bool TiskGrantTabl(BuildObjLJ &out, DbConnection &centre, DbConnection &granty, 
     const QStringList head{headRow(QStringLiteral("GRANT : "), grant),
                            headRow(QStringLiteral("Rozpočet : "), known ? plan.value(0).toString() + QStringLiteral(" Kč") : QString()),
                            headRow(QStringLiteral("Název : "), known ? plan.value(1).toString() : QString())};
-    return writeOrders(out, q, path, head, fontOf(font), QStringLiteral("Celkem za GRANT, Kč"));
+    return writeOrders(out, q, path, head, FormFontSize(font), QStringLiteral("Celkem za GRANT, Kč"));
 }
 
 bool BuildCerpani(BuildObjLJ &out, DbConnection &centre, const QString &path, const QString &text, const QString &font,
@@ -119,7 +113,7 @@ bool BuildCerpani(BuildObjLJ &out, DbConnection &centre, const QString &path, co
         *error = DbErrorMessage(q.lastError());
         return false;
     }
-    return writeOrders(out, q, path, {headRow(QStringLiteral("Hledaný text : "), text)}, fontOf(font), QStringLiteral("Celkem, Kč"));
+    return writeOrders(out, q, path, {headRow(QStringLiteral("Hledaný text : "), text)}, FormFontSize(font), QStringLiteral("Celkem, Kč"));
 }
 
 QString CerpaniPath(const QString &folder, const QString &grant)
