@@ -103,9 +103,13 @@ frmDocuments::frmDocuments(const QString &grant, QWidget *parent) : QDialog(pare
     connect(cmdClose, &QPushButton::clicked, this, &QDialog::close);
 
     auto *fields = new QGridLayout;
-    fields->addWidget(new QLabel(QStringLiteral("Název dokumentu:")), 0, 0);
+    // The labels of the two boxes are the captions of the columns they are saved to.
+    const QString nameLabel = QStringLiteral("Název dokumentu:");
+    const QString fileLabel = QStringLiteral("Soubor k uložení:");
+    m_captions = {{QStringLiteral("param1"), CaptionOf(nameLabel)}, {QStringLiteral("file"), CaptionOf(fileLabel)}};
+    fields->addWidget(new QLabel(nameLabel), 0, 0);
     fields->addWidget(Text1, 0, 1, 1, 2);
-    fields->addWidget(new QLabel(QStringLiteral("Soubor k uložení:")), 1, 0);
+    fields->addWidget(new QLabel(fileLabel), 1, 0);
     fields->addWidget(Text8, 1, 1);
     fields->addWidget(cmdFile, 1, 2);
     fields->addWidget(new QLabel(QStringLiteral("Uložený soubor:")), 2, 0);
@@ -189,6 +193,7 @@ void frmDocuments::cmdSave_Click()
     DbConnection conn(ConnStrGranty());
     if (!OpenOrFatal(conn))
         return;
+    conn.setCaptions(m_captions);
     const DocumentResult result = path.isEmpty()
         ? StoreDocumentTexts(conn, id, Text1->text(), DocumentTimestamp())
         : StoreDocumentFile(conn, id, m_grant, path, Text1->text(), DocumentTimestamp(), Session().TempDir);

@@ -2,6 +2,7 @@
 // "Dokumenty": the files of one grant. A row is a document with its name; a file is stored
 // into it (cmdSave), viewed (cmdView) or dropped again (cmdDelFile, the row stays).
 
+#include "core/db.h"
 #include "documents/documents.h"
 
 #include <QDialog>
@@ -42,6 +43,7 @@ private:
     void cmdDelete_Click();
 
     QString m_grant;
+    FieldCaptions m_captions;   // the boxes' labels, for a value the server refuses
     QVector<DocumentRow> m_rows;
 
     QTableWidget *MSFlexGrid1;

@@ -296,9 +296,9 @@ TEST(Documents, BadFilesAndBlobsStoreNothing)
     } files[] = {
         {"vanished", dir.filePath(QStringLiteral("zmizel.pdf")), QStringLiteral("x"), "nebyl nalezen, nic nebylo uloženo"},
         {"empty", empty, QStringLiteral("x"), "je prázdný (0 bajtů)"},
-        {"path over 255", longPath, QStringLiteral("x"), "pole file je příliš dlouhá"},
-        {"name of 300", good, QString(300, QLatin1Char('n')), "pole param1 je příliš dlouhá"},
-        {"outside Windows-1250", foreign, QStringLiteral("x"), "Pole file obsahuje znak"},
+        {"path over 255", longPath, QStringLiteral("x"), "Text v poli „file“ je příliš dlouhý; nebyl uložen ani zkrácen."},
+        {"name of 300", good, QString(300, QLatin1Char('n')), "Text v poli „param1“ je příliš dlouhý; nebyl uložen ani zkrácen."},
+        {"outside Windows-1250", foreign, QStringLiteral("x"), "Pole „file“ obsahuje znak"},
     };
     for (const auto &f : files) {
         SCOPED_TRACE(f.what);
