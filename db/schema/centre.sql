@@ -44,3 +44,39 @@ CREATE TABLE objedn_footer (
   `text` MEDIUMTEXT NULL,
   KEY (cis_obj)
 ) ENGINE=InnoDB;
+
+-- Protocols: the patient register and the saved protocols, each one row whose
+-- columns hold parallel "~"-lists of the form's fields.
+CREATE TABLE pacients (
+  `key` INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  id INT NULL,
+  prijmeni VARCHAR(60) NULL,
+  jmeno VARCHAR(60) NULL,
+  rc VARCHAR(20) NULL,
+  prijmcislo VARCHAR(30) NULL,
+  registraci DATE NULL,
+  poznamka VARCHAR(255) NULL,
+  datapacient TEXT NULL
+) ENGINE=InnoDB;
+
+CREATE TABLE archiv (
+  `key` INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  id INT NULL,
+  id_pac INT NULL,
+  cislo_prot VARCHAR(30) NULL,
+  date_create VARCHAR(20) NULL,
+  `lock` TINYINT(1) NOT NULL DEFAULT 0,
+  data_fields MEDIUMTEXT NULL,
+  key_fields TEXT NULL,
+  pozice_fields MEDIUMTEXT NULL,
+  type_fields TEXT NULL,
+  font_fields TEXT NULL,
+  bold_fields TEXT NULL,
+  kursiv_fields TEXT NULL,
+  color_fields TEXT NULL,
+  korekce_fields MEDIUMTEXT NULL,
+  KEY (id_pac)
+) ENGINE=InnoDB;
+
+CREATE VIEW pacients_prot AS SELECT * FROM pacients;
+CREATE VIEW archiv_prot AS SELECT * FROM archiv;

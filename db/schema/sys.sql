@@ -102,3 +102,42 @@ CREATE TABLE sys_logo_kvl (
   filename VARCHAR(255) NULL,
   oleObrazek LONGBLOB NULL
 ) ENGINE=InnoDB;
+
+-- Protocols: the kinds of protocol and the forms the users design for them.
+-- (The grant documents table of the same name lives in fondarix_granty.)
+CREATE TABLE documents_prot (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  name VARCHAR(100) NULL
+) ENGINE=InnoDB;
+
+CREATE TABLE documents (
+  `key` INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  id INT NULL,                -- the form's id; protocols and fields refer to it
+  name VARCHAR(150) NULL,
+  form_param TEXT NULL,
+  KEY (id)
+) ENGINE=InnoDB;
+
+CREATE TABLE formulars (
+  document INT NOT NULL,      -- documents.id of the owning form
+  `key` INT NOT NULL,         -- the field's key within its form
+  id INT NULL,
+  type_field VARCHAR(10) NULL,
+  razeni INT NULL,
+  param_field TEXT NULL,
+  pac_field VARCHAR(64) NULL,
+  PRIMARY KEY (document, `key`)
+) ENGINE=InnoDB;
+
+CREATE TABLE typefields (
+  type INT NOT NULL PRIMARY KEY,
+  name VARCHAR(60) NULL
+) ENGINE=InnoDB;
+
+CREATE TABLE lists (
+  id INT NOT NULL,
+  text VARCHAR(255) NULL,
+  KEY (id)
+) ENGINE=InnoDB;
+
+INSERT INTO typefields (type, name) VALUES (1, 'LABEL'), (2, 'TEXT'), (3, 'TEXTBOX'), (4, 'COMBO');

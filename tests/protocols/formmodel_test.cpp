@@ -1,0 +1,271 @@
+#include "core/config.h"
+#include "core/db.h"
+#include "core/session.h"
+#include "protocols/formmodel.h"
+#include "support/testenv.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace testenv;
+
+namespace {
+const QString Sys = QString::fromLatin1(SysDbName);
+
+clsField Field(const QString &paramField)
+{
+    clsField f;
+    ApplyParamField(f, paramField);
+    return f;
+}
+
+QString WriteFile(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes)
+{
+    const QString path = dir.filePath(name);
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    return path;
+}
+
+QString Count(const QString &sql) { return Column(Sys, sql).value(0); }
+} // namespace
+
+TEST(ParamField, ReadsEachIndexAndAccessOnlyFromIndexNine)
+{
+    const struct {
+        const char *text;
+        double height, width, top, left, font;
+        bool bold;
+        int editList;
+        const char *caption;
+        bool access;   // Access starts true: a text without index 9 must leave it so
+    } cases[] = {
+        {"300~1500~200~100~8,25~1~~0~Jméno", 300, 1500, 200, 100, 8.25, true, 0, "Jméno", true},
+        {"300~1500~200~100~8.25~0~~3~Jméno~0", 300, 1500, 200, 100, 8.25, false, 3, "Jméno", false},
+        {"195~3315~0~0~8~0~~0~~1", 195, 3315, 0, 0, 8, false, 0, "", true},
+        // A caption with "~" is cut there, and its second piece stands at index 9.
+        {"10~20~30~40~9~0~~0~a~b", 10, 20, 30, 40, 9, false, 0, "a", false},
+        {"", 0, 0, 0, 0, 0, false, 0, "", true},
+        {"x~y~z", 0, 0, 0, 0, 0, false, 0, "", true},
+    };
+    for (const auto &c : cases) {
+        clsField f;
+        f.Access = true;
+        ApplyParamField(f, QString::fromUtf8(c.text));
+        EXPECT_EQ(f.Height, c.height) << c.text;
+        EXPECT_EQ(f.Width, c.width) << c.text;
+        EXPECT_EQ(f.Top, c.top) << c.text;
+        EXPECT_EQ(f.Left, c.left) << c.text;
+        EXPECT_EQ(f.Font, c.font) << c.text;
+        EXPECT_EQ(f.Bold, c.bold) << c.text;
+        EXPECT_EQ(f.EditList, c.editList) << c.text;
+        EXPECT_EQ(f.Caption, QString::fromUtf8(c.caption)) << c.text;
+        EXPECT_EQ(f.Access, c.access) << c.text;
+    }
+}
+
+TEST(ParamField, RoundTripKeepsEveryValueInTheLocaleForm)
+{
+    clsField f = Field(QStringLiteral("300~1500,5~200~100~8,25~1~~4~Příjmení a jméno"));
+    f.Access = true;
+    EXPECT_EQ(ParamFieldText(f, false), "300~1500,5~200~100~8,25~1~~4~Příjmení a jméno");
+    EXPECT_EQ(ParamFieldText(f, true), "300~1500,5~200~100~8,25~1~~4~Příjmení a jméno~1");
+    clsField back = Field(ParamFieldText(f, true));
+    EXPECT_EQ(ParamFieldText(back, true), ParamFieldText(f, true));
+    EXPECT_TRUE(back.Access);
+}
+
+TEST(ControlTag, CarriesTheFieldAndOnlyTagsWithATildeAreFields)
+{
+    clsField f;
+    f.Typ = 2;
+    f.Key = 7;
+    f.EditList = 1;
+    f.TabIndex = 3;
+    f.LenghtChars = 40;
+    f.MDB = QStringLiteral("prijmeni");
+    EXPECT_EQ(ControlTag(f), "2~7~1~3~40~prijmeni");
+    const auto parts = ParseControlTag(ControlTag(f));
+    ASSERT_TRUE(parts);
+    EXPECT_EQ(parts->typ, 2);
+    EXPECT_EQ(parts->key, 7);
+    EXPECT_EQ(parts->editList, 1);
+    EXPECT_EQ(parts->tabIndex, 3);
+    EXPECT_EQ(parts->mdb, "prijmeni");
+    EXPECT_FALSE(ParseControlTag(QStringLiteral("cmdSaveForm")));
+    EXPECT_FALSE(ParseControlTag(QString()));
+}
+
+TEST(clsDocument, KeysPositionsRemovalAndUnknownLookups)
+{
+    clsDocument doc;
+    for (int k : {5, 2, 9}) {
+        auto f = std::make_unique<clsField>();
+        f->Key = k;
+        ASSERT_NE(doc.Add(std::move(f), QString::number(k)), nullptr);
+    }
+    EXPECT_EQ(doc.Add(std::make_unique<clsField>(), QStringLiteral("2")), nullptr);   // key taken
+    EXPECT_NE(doc.Add(std::make_unique<clsField>(), QString()), nullptr);             // no key at all
+    EXPECT_EQ(doc.Count(), 4);
+    EXPECT_EQ(doc.Item(1)->Key, 5);
+    EXPECT_EQ(doc.Item(QStringLiteral("9"))->Key, 9);
+    EXPECT_FALSE(doc.ItemExists(QStringLiteral("77")));
+    EXPECT_FALSE(doc.ItemExists(0));
+    EXPECT_FALSE(doc.ItemExists(5));
+    doc.RemovItem(QStringLiteral("5"));
+    EXPECT_EQ(doc.Item(1)->Key, 2);
+    doc.RemovItem(1);
+    EXPECT_EQ(doc.Item(1)->Key, 9);
+    doc.Clear();
+    EXPECT_EQ(doc.Count(), 0);
+
+    // A new field: next key, next tab, the default look.
+    auto f = std::make_unique<clsField>();
+    f->Key = 4;
+    f->TabIndex = 6;
+    doc.Add(std::move(f), QStringLiteral("4"));
+    const clsField *added = AddNewField(doc, TypTextBox);
+    EXPECT_EQ(added->Key, 5);
+    EXPECT_EQ(added->TabIndex, 7);
+    EXPECT_EQ(ParamFieldText(*added, false), "195~3315~0~0~8~0~~0~");
+}
+
+TEST(FormDefinition, LoadsFieldsInOrderFillsPatientColumnsAndSavesChanges)
+{
+    FreshDatabases(true);
+    LoginAs(1);
+    DbConnection sys(ConnStrSys()), centre(ConnStrCentre());
+    clsDocument doc;
+    QString error;
+    ASSERT_TRUE(LoadFormDefinition(sys, doc, 1, QString(), nullptr, &error)) << error.toStdString();
+    ASSERT_EQ(doc.Count(), 16);
+    EXPECT_EQ(doc.Item(1)->Caption, "BIOPTICKÉ VYŠETŘENÍ");
+    EXPECT_EQ(doc.Item(3)->MDB, "CISLOPROT");
+    EXPECT_TRUE(doc.Item(3)->Access);
+    EXPECT_EQ(doc.Item(14)->Font, 8.25);
+    EXPECT_EQ(doc.Item(1)->Parent_Document, &doc);
+
+    // One key only; the fill takes patient 3's columns and protocol 3's number and date.
+    ASSERT_TRUE(LoadFormDefinition(sys, doc, 1, QStringLiteral("7"), nullptr, &error));
+    EXPECT_EQ(doc.Count(), 1);
+    const FillSource fill{&centre, 3, 3};
+    ASSERT_TRUE(LoadFormDefinition(sys, doc, 1, QString(), &fill, &error));
+    EXPECT_EQ(doc.Item(QStringLiteral("3"))->Caption, "3/2026");
+    EXPECT_EQ(doc.Item(QStringLiteral("5"))->Caption, "04.04.2026 11:21");
+    EXPECT_EQ(doc.Item(QStringLiteral("7"))->Caption, "Dvořák");
+    EXPECT_EQ(FieldInitialValue(centre, QStringLiteral("registraci"), 3, 0), "10.04.2026");
+    EXPECT_EQ(FieldInitialValue(centre, QStringLiteral("rc; DROP TABLE x"), 3, 0), "");
+    EXPECT_EQ(FieldInitialValue(centre, QStringLiteral("nosuchcolumn"), 3, 0), "");
+
+    // Save: a moved field, a new one, a removed one.
+    doc.Item(QStringLiteral("2"))->Top = 777;
+    AddNewField(doc, TypCombo)->Caption = QStringLiteral("nové ~ pole");
+    doc.RemovItem(QStringLiteral("16"));
+    ASSERT_TRUE(SaveForm(sys, doc, 1, &error)) << error.toStdString();
+    EXPECT_EQ(Count("SELECT param_field FROM formulars WHERE document=1 AND `key`=2"), "240~2000~777~300~10~0~~0~Číslo protokolu:~0");
+    EXPECT_EQ(Count("SELECT CONCAT(type_field,'|',razeni,'|',param_field) FROM formulars WHERE document=1 AND `key`=17"),
+              "4|17|195~3315~0~0~8~0~~0~nové ~ pole~0");
+    EXPECT_EQ(Count("SELECT COUNT(*) FROM formulars WHERE document=1"), "16");
+    EXPECT_EQ(Count("SELECT COUNT(*) FROM formulars WHERE document=2"), "14");
+}
+
+TEST(FormFile, ExportThenImportGivesANewFormWithoutPatientColumns)
+{
+    FreshDatabases(true);
+    LoginAs(1);
+    DbConnection sys(ConnStrSys());
+    clsDocument doc;
+    ASSERT_TRUE(LoadFormDefinition(sys, doc, 2, QString(), nullptr, nullptr));
+    const auto header = ReadFormHeader(sys, 2);
+    ASSERT_TRUE(header);
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("cytologie.form"));
+    ASSERT_TRUE(ExportForm(doc, header->formParam.split(QLatin1Char('~')), header->name, 2, path));
+    EXPECT_EQ(ReadProfileString(QStringLiteral("FORMULAR"), QStringLiteral("DOKUMENT"), QString(), 150, path),
+              "Cytologie#2#1~0~10500~7000");
+    EXPECT_EQ(ReadProfileString(QStringLiteral("formular"), QStringLiteral("pole_max"), QString(), 10, path), "14");
+    EXPECT_EQ(ReadProfileString(QStringLiteral("FORMULAR"), QStringLiteral("POLE_7_PARAM_FIELDS"), QString(), 200, path),
+              "285~2800~1200~2500~10~1~~0~");
+    EXPECT_EQ(ReadProfileString(QStringLiteral("FORMULAR"), QStringLiteral("POLE_7_PAC_FIELDS"), QStringLiteral("-"), 10, path),
+              "-");
+
+    QString error;
+    const int id = ImportForm(sys, path, &error);
+    ASSERT_GT(id, 2) << error.toStdString();
+    EXPECT_EQ(Count(QStringLiteral("SELECT CONCAT(name,'|',form_param) FROM documents WHERE id=%1").arg(id)),
+              "Cytologie|1~0~10500~7000");
+    EXPECT_EQ(Count("SELECT COUNT(*) FROM documents"), "3");   // the old form stays
+    clsDocument imported;
+    ASSERT_TRUE(LoadFormDefinition(sys, imported, id, QString(), nullptr, nullptr));
+    ASSERT_EQ(imported.Count(), 14);
+    for (int i = 1; i <= 14; ++i) {
+        EXPECT_EQ(ParamFieldText(*imported.Item(i), false), ParamFieldText(*doc.Item(i), false)) << i;
+        EXPECT_EQ(imported.Item(i)->Typ, doc.Item(i)->Typ);
+        EXPECT_EQ(imported.Item(i)->MDB, "") << i;   // the file carries no patient columns
+    }
+    EXPECT_EQ(doc.Item(7)->MDB, "prijmeni");
+    // A hand-made key is read.
+    WriteProfileString(QStringLiteral("FORMULAR"), QStringLiteral("POLE_7_PAC_FIELDS"), QStringLiteral("rc"), path);
+    const int again = ImportForm(sys, path, &error);
+    EXPECT_EQ(Count(QStringLiteral("SELECT pac_field FROM formulars WHERE document=%1 AND `key`=7").arg(again)), "rc");
+}
+
+TEST(FormFile, BadFilesEndSilentlyOrWithAMessageAndStoreNothingHalfWay)
+{
+    FreshDatabases(true);
+    LoginAs(1);
+    DbConnection sys(ConnStrSys());
+    QTemporaryDir dir;
+    QByteArray binary(4096, '\0');
+    for (int i = 0; i < binary.size(); ++i)
+        binary[i] = char(i * 37);
+    const struct {
+        const char *name;
+        QByteArray content;
+        int result;        // 0 nothing, -1 refused, 1 a new form
+        int fields;
+    } cases[] = {
+        {"empty.form", "", 0, 0},
+        {"binary.form", binary, 0, 0},
+        {"nodoc.form", "[FORMULAR]\r\nPOLE_MAX=2\r\n", 0, 0},
+        {"huge.form", "[FORMULAR]\r\nDOKUMENT=X#1#1~0~9000~6000\r\nPOLE_MAX=1000000\r\n", -1, 0},
+        {"negative.form", "[FORMULAR]\r\nDOKUMENT=X#1#1~0~9000~6000\r\nPOLE_MAX=-3\r\n", -1, 0},
+        {"nomax.form", "[FORMULAR]\r\nDOKUMENT=X#1#1~0~9000~6000\r\n", -1, 0},
+        {"zero.form", "[FORMULAR]\r\nDOKUMENT=Prázdný#1#1~0~9000~6000\r\nPOLE_MAX=0\r\n", 1, 0},
+        {"missing.form", "[FORMULAR]\r\nDOKUMENT=Kusy#4\r\nPOLE_MAX=2\r\nPOLE_2_TYPE=2\r\n", 1, 2},
+        {"tilde.form",
+         "[FORMULAR]\r\nDOKUMENT=T#1#1~0~9000~6000\r\nPOLE_MAX=1\r\nPOLE_1_TYPE=1\r\n"
+         "POLE_1_PARAM_FIELDS=300~1500.5~200~100~8.25~1~~0~a~b\r\n",
+         1, 1},
+    };
+    int forms = 2;
+    for (const auto &c : cases) {
+        QString error;
+        const int id = ImportForm(sys, WriteFile(dir, QString::fromLatin1(c.name), c.content), &error);
+        if (c.result == 0)
+            EXPECT_EQ(id, 0) << c.name;
+        if (c.result == -1) {
+            EXPECT_EQ(id, -1) << c.name;
+            EXPECT_TRUE(error.contains(QStringLiteral("počet polí"))) << c.name << " " << error.toStdString();
+        }
+        if (c.result == 1) {
+            ++forms;
+            ASSERT_GT(id, 0) << c.name;
+            EXPECT_EQ(Count(QStringLiteral("SELECT COUNT(*) FROM formulars WHERE document=%1").arg(id)),
+                      QString::number(c.fields)) << c.name;
+        }
+        EXPECT_EQ(Count("SELECT COUNT(*) FROM documents"), QString::number(forms)) << c.name;
+    }
+    // The other decimal form is read all the same; the caption's "~" splits it.
+    clsDocument doc;
+    ASSERT_TRUE(LoadFormDefinition(sys, doc, forms + 0, QString(), nullptr, nullptr));
+    ASSERT_EQ(doc.Count(), 1);
+    EXPECT_EQ(doc.Item(1)->Width, 1500.5);
+    EXPECT_EQ(doc.Item(1)->Font, 8.25);
+    EXPECT_EQ(doc.Item(1)->Caption, "a");
+    EXPECT_EQ(ImportForm(sys, dir.filePath(QStringLiteral("none.form")), nullptr), -1);
+}
