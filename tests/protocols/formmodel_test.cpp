@@ -166,7 +166,7 @@ TEST(FormDefinition, LoadsFieldsInOrderFillsPatientColumnsAndSavesChanges)
     AddNewField(doc, TypCombo)->Caption = QStringLiteral("nové ~ pole");
     doc.RemovItem(QStringLiteral("16"));
     ASSERT_TRUE(SaveForm(sys, doc, 1, &error)) << error.toStdString();
-    EXPECT_EQ(Count("SELECT param_field FROM formulars WHERE document=1 AND `key`=2"), "240~2000~777~300~10~0~~0~Číslo protokolu:~0");
+    EXPECT_EQ(Count("SELECT param_field FROM formulars WHERE document=1 AND `key`=2"), "240~2000~777~1100~10~0~~0~Číslo protokolu:~0");
     EXPECT_EQ(Count("SELECT CONCAT(type_field,'|',razeni,'|',param_field) FROM formulars WHERE document=1 AND `key`=17"),
               "4|17|195~3315~0~0~8~0~~0~nové ~ pole~0");
     EXPECT_EQ(Count("SELECT COUNT(*) FROM formulars WHERE document=1"), "16");
@@ -189,7 +189,7 @@ TEST(FormFile, ExportThenImportGivesANewFormWithoutPatientColumns)
               "Cytologie#2#1~0~10500~7000");
     EXPECT_EQ(ReadProfileString(QStringLiteral("formular"), QStringLiteral("pole_max"), QString(), 10, path), "14");
     EXPECT_EQ(ReadProfileString(QStringLiteral("FORMULAR"), QStringLiteral("POLE_7_PARAM_FIELDS"), QString(), 200, path),
-              "285~2800~1200~2500~10~1~~0~");
+              "285~2800~2100~3300~10~1~~0~");
     EXPECT_EQ(ReadProfileString(QStringLiteral("FORMULAR"), QStringLiteral("POLE_7_PAC_FIELDS"), QStringLiteral("-"), 10, path),
               "-");
 
