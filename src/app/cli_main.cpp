@@ -4,6 +4,7 @@
 #include "app/cli/cli.h"
 
 #include "core/config.h"
+#include "core/czech.h"
 #include "core/msg.h"
 
 #include <QApplication>
@@ -14,12 +15,12 @@
 namespace {
 void printHelp(std::FILE *stream)
 {
-    std::fprintf(stream, "usage: fondarix-cli VERB [ARGUMENTS] [--login LOGIN]\n\nverbs:\n");
+    std::fprintf(stream, "použití: fondarix-cli PŘÍKAZ [ARGUMENTY] [--login LOGIN]\n\npříkazy:\n");
     for (const CliVerb &verb : CliVerbs())
         std::fprintf(stream, "  %s %s\n      %s\n", verb.name.toLocal8Bit().constData(),
                      verb.usage.toLocal8Bit().constData(), verb.summary.toLocal8Bit().constData());
-    std::fprintf(stream, "\n--login LOGIN runs as that user (role, centre and grant filter).\n"
-                         "Exit codes: 0 success, 1 refusal or failure, 2 wrong usage.\n");
+    std::fprintf(stream, "\n--login LOGIN: práce pod tímto uživatelem (role, středisko a filtr GRANTů).\n"
+                         "Návratové kódy: 0 úspěch, 1 odmítnutí nebo chyba, 2 chybné použití.\n");
 }
 
 // The verb whose words open the argument list; two-word verbs before one-word ones.
@@ -54,6 +55,8 @@ int main(int argc, char **argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
+    // Dates and numbers of a job come out as on the screen that runs it.
+    UseCzech();
     const QStringList args = app.arguments().mid(1);
     if (args.isEmpty()) {
         printHelp(stderr);
@@ -67,13 +70,13 @@ int main(int argc, char **argv)
     int words = 0;
     const CliVerb *verb = findVerb(args, &words);
     if (!verb) {
-        std::fprintf(stderr, "fondarix-cli: unknown verb \"%s\"; see fondarix-cli --help\n",
+        std::fprintf(stderr, "fondarix-cli: neznámý příkaz „%s“; viz fondarix-cli --help\n",
                      args.first().toLocal8Bit().constData());
         return CliUsage;
     }
     const CliArgs parsed(*verb, args.mid(words));
     if (!parsed.ok()) {
-        std::fprintf(stderr, "fondarix-cli %s: %s\nusage: fondarix-cli %s %s\n",
+        std::fprintf(stderr, "fondarix-cli %s: %s\npoužití: fondarix-cli %s %s\n",
                      verb->name.toLocal8Bit().constData(), parsed.error().toLocal8Bit().constData(),
                      verb->name.toLocal8Bit().constData(), verb->usage.toLocal8Bit().constData());
         return CliUsage;

@@ -5,6 +5,7 @@
 #include "app/screens.h"
 #include "admin/print.h"
 #include "core/config.h"
+#include "core/czech.h"
 #include "core/htmlviewer.h"
 #include "core/msg.h"
 #include "core/session.h"
@@ -27,6 +28,7 @@ std::unique_ptr<QLockFile> AcquireInstanceLock()
 int RunFondarix(int argc, char **argv)
 {
     QApplication app(argc, argv);
+    UseCzech();
     QApplication::setApplicationName(QStringLiteral("Fondarix"));
     QApplication::setOrganizationName(QStringLiteral("Fondarix"));
     QApplication::setOverrideCursor(Qt::WaitCursor);

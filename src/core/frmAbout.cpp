@@ -36,7 +36,9 @@ frmAbout::frmAbout(QWidget *parent)
     name->setFont(big);
     auto *version = new QLabel(VersionLabelText(), this);
     version->setObjectName(QStringLiteral("lblVersion"));
-    auto *copyright = new QLabel(CopyrightLabelText(), this);
+    // The splash's copyright line is the system's own English text; this box is ours, in Czech.
+    auto *copyright =
+        new QLabel(QStringLiteral("© Copyright ") + year() + QStringLiteral(". Všechna práva vyhrazena"), this);
     copyright->setObjectName(QStringLiteral("lblCopyright"));
     auto *cmdOk = new QPushButton(QStringLiteral("&Ok"), this);
     cmdOk->setObjectName(QStringLiteral("cmdOk"));

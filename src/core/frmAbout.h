@@ -1,6 +1,6 @@
 #pragma once
-// "O autoře": the program's name, version and copyright. The version and copyright
-// texts are shared with the splash screen and the status bar.
+// "O autoře": the program's name, version and copyright. The version text is shared with
+// the splash screen and the status bar.
 
 #include <QDialog>
 
@@ -11,5 +11,5 @@ public:
 };
 
 QString VersionLabelText();     // "verze 2.4.1"
-QString CopyrightLabelText();   // "© Copyright 2025. All rights reserved"
+QString CopyrightLabelText();   // the splash's "© Copyright 2025. All rights reserved"
 QString StatusVersionText();    // "Fondarix verze 2.4.1  © Copyright 2025"

@@ -259,6 +259,8 @@ TEST(MainWindow, OwnCommandsAndTheEnd)
         ASSERT_NE(about, nullptr);
         EXPECT_EQ(about->objectName(), "frmAbout");
         EXPECT_EQ(about->windowTitle(), "O autoře");
+        EXPECT_EQ(about->findChild<QLabel *>("lblCopyright")->text(),
+                  "© Copyright " + QString::number(QDate::currentDate().year()) + ". Všechna práva vyhrazena");
         about->findChild<QPushButton *>("cmdOk")->click();
     });
     action(window, "AUTOR")->trigger();

@@ -53,19 +53,19 @@ CliArgs::CliArgs(const CliVerb &verb, const QStringList &words)
             } else if (i + 1 < words.size()) {
                 m_values << words[++i];
             } else {
-                m_error = QStringLiteral("option %1 needs a value").arg(name);
+                m_error = QStringLiteral("volba %1 potřebuje hodnotu").arg(name);
                 return;
             }
             m_names << name;
         } else {
-            m_error = QStringLiteral("unknown option %1").arg(word);
+            m_error = QStringLiteral("neznámá volba %1").arg(word);
             return;
         }
     }
     if (m_positional.size() < verb.minPositional)
-        m_error = QStringLiteral("missing argument");
+        m_error = QStringLiteral("chybí argument");
     else if (m_positional.size() > verb.maxPositional)
-        m_error = QStringLiteral("unexpected argument %1").arg(m_positional.value(verb.maxPositional));
+        m_error = QStringLiteral("nadbytečný argument %1").arg(m_positional.value(verb.maxPositional));
 }
 
 bool CliArgs::has(const QString &name) const

@@ -21,7 +21,7 @@ class CliArgs;
 struct CliVerb {
     QString name;        // one or two words: "build-tree", "report groups"
     QString usage;       // what follows the name: "FILE [--filter F]"
-    QString summary;     // one line for --help
+    QString summary;     // one line for --help, in Czech as every text of ours
     QStringList valueOptions;   // options that take a value: "--from"
     QStringList flags;          // options without a value: "--force"
     int minPositional = 0;

@@ -27,16 +27,16 @@ int initDb(const CliArgs &args)
     if (!CreateDatabases(dir + QStringLiteral("/schema"), demo ? dir + QStringLiteral("/demo") : QString(),
                          args.flag(QStringLiteral("--force")), &error))
         return CliFail(QStringLiteral("init-db: ") + error);
-    CliSummary(demo ? QStringLiteral("init-db: databases ready with the demo institute")
-                    : QStringLiteral("init-db: databases ready"));
+    CliSummary(demo ? QStringLiteral("init-db: databáze připraveny, s demonstračním ústavem")
+                    : QStringLiteral("init-db: databáze připraveny"));
     return CliOk;
 }
 
 const CliRegistration registration({
     QStringLiteral("init-db"),
     QStringLiteral("[--demo] [--force]"),
-    QStringLiteral("creates fondarix_sys, fondarix_granty and every centre database of sys_db_kvl; "
-                   "--demo loads the demo institute, --force drops the databases first"),
+    QStringLiteral("vytvoří fondarix_sys, fondarix_granty a databáze všech středisek ze sys_db_kvl; "
+                   "--demo nahraje demonstrační ústav, --force databáze nejprve smaže"),
     {},
     {QStringLiteral("--demo"), QStringLiteral("--force")},
     0,
