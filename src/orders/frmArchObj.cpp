@@ -177,19 +177,30 @@ void frmArchObj::buildUi()
     Combo1->setEditable(true);
     Command2 = button(this, "Command2", QStringLiteral("..."));
     cmdPristup = button(this, "cmdPristup", QStringLiteral("..."));
+    // The column a box is saved to takes the box's label as caption in messages.
     const struct {
         const char *caption;
         QWidget *w;
         QWidget *extra;
-    } rows[] = {{"Interni číslo objedn. :", Text6, nullptr}, {"Číslo objednávky:", Text2, nullptr},
-                {"Dne:", txtDatObj, nullptr},                {"Zapsáno dne:", Text8, nullptr},
-                {"Dodáno  dne:", Text7, Command2},          {"Zaúčtováno:", Text9, cmdPristup},
-                {"Číslo GRANTU:", txtGrant, nullptr},       {"Předpokladaná cena s DPH, Kč:", txtCena, nullptr},
-                {"Skutečna cena, Kč:", txtCastka, nullptr}, {"Zaúčtováno, Kč:", txtZauct, nullptr},
-                {"Přijemce:", txtPrijemce, nullptr},        {"Hrazeno z:", txtHrazeno, Text4},
-                {"Poznámka", txtPozn, nullptr},             {"Vyřizuje", Combo1, nullptr}};
+        const char *column;
+    } rows[] = {{"Interni číslo objedn. :", Text6, nullptr, nullptr},
+                {"Číslo objednávky:", Text2, nullptr, "Cis_global"},
+                {"Dne:", txtDatObj, nullptr, nullptr},
+                {"Zapsáno dne:", Text8, nullptr, "objWF"},
+                {"Dodáno  dne:", Text7, Command2, "Dat_vyriz"},
+                {"Zaúčtováno:", Text9, cmdPristup, "objZauct"},
+                {"Číslo GRANTU:", txtGrant, nullptr, "GRANT"},
+                {"Předpokladaná cena s DPH, Kč:", txtCena, nullptr, "Poc10"},
+                {"Skutečna cena, Kč:", txtCastka, nullptr, "Castka"},
+                {"Zaúčtováno, Kč:", txtZauct, nullptr, nullptr},
+                {"Přijemce:", txtPrijemce, nullptr, nullptr},
+                {"Hrazeno z:", txtHrazeno, Text4, "Prikazce"},
+                {"Poznámka", txtPozn, nullptr, "Text1"},
+                {"Vyřizuje", Combo1, nullptr, nullptr}};
     int r = 0;
     for (const auto &row : rows) {
+        if (row.column)
+            m_captions.insert(QLatin1String(row.column), CaptionOf(QString::fromUtf8(row.caption)));
         detail->addWidget(new QLabel(QString::fromUtf8(row.caption), this), r, 0);
         detail->addWidget(row.w, r, 1);
         if (row.extra)
@@ -621,6 +632,7 @@ bool frmArchObj::SaveByRole()
     DbConnection conn(ConnStrFor(m_db));
     if (!conn.isOpen())
         return false;
+    conn.setCaptions(m_captions);
     ObjWrite result;
     if (m_role == 3) {
         result = SaveObjLekarna(conn, m_nom, txtData[8]->text(), Text7->text(), Text8->text());
@@ -657,7 +669,7 @@ bool frmArchObj::SaveByRole()
         result = SaveObjArchive(conn, m_nom, d);
     }
     if (result == ObjWrite::Failed) {
-        MsgBox(DbErrorMessage(conn.db().lastError()), MsgCritical);
+        MsgBox(conn.errorText(), MsgCritical);   // the failed statement's, under the boxes' captions
         return false;
     }
     // The row's state may have changed: read it again for the grid (gone rows leave the list).
@@ -841,7 +853,7 @@ void frmArchObj::cmdSaveHTML_Click()
     DbConnection conn(ConnStrFor(m_db));
     const QString text = QStringLiteral("F") + QString(Text6->text()).replace(QLatin1Char('/'), QLatin1Char('_')) + QStringLiteral(".txt");
     if (!conn.exec(QStringLiteral("UPDATE ArchObj SET `Text` = ?, `file_html_text` = ? WHERE nom=?"), {text, editor->html(), m_nom})) {
-        MsgBox(DbErrorMessage(conn.db().lastError()), MsgCritical);
+        MsgBox(conn.errorText(), MsgCritical);
         return;
     }
     editor->setLocked(true);

@@ -4,6 +4,7 @@
 // the later facts (official number, dates, prices) are typed and saved by role; copy,
 // delete, the handover to the pharmacy and the drawdown report.
 
+#include "core/db.h"
 #include "orders/objrecord.h"
 
 #include <QDialog>
@@ -87,6 +88,7 @@ private:
     QSet<int> m_chosen;
     QString m_nextNumber;
     ObjFilter m_filter;         // the filter of the list shown
+    FieldCaptions m_captions;   // the detail boxes' labels, for a value the server refuses
 
     QTableWidget *MSFlexGrid2;
     QComboBox *Combo2, *Combo5, *cmbStrediska, *Combo1;

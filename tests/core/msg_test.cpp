@@ -4,11 +4,11 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCalendarWidget>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLocale>
 #include <QMessageBox>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -62,10 +62,11 @@ TEST(CzechEverywhere, QuestionFileDialogAndCalendarOnANonCzechSystem)
     EXPECT_TRUE(QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
     QStringList file;
     readButtonsLater(&file, "czech_file_dialog");
-    EXPECT_TRUE(QFileDialog::getOpenFileName(nullptr, "Vyberte soubor", QDir::tempPath()).isEmpty());
+    QTemporaryDir folder;
+    EXPECT_TRUE(QFileDialog::getOpenFileName(nullptr, "Vyberte soubor", folder.path()).isEmpty());
     EXPECT_TRUE(file.contains("Otevřít")) << file.join('|').toStdString();
     EXPECT_TRUE(file.contains("Zrušit")) << file.join('|').toStdString();
-    for (const char *english : {"Open", "Cancel", "OK", "Yes", "No"})
+    for (const char *english : {"Open", "Cancel", "Yes", "No"})
         EXPECT_FALSE(file.contains(english) || question.contains(english) || yesNo.contains(english)) << english;
 
     QCalendarWidget calendar;

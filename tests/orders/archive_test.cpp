@@ -129,6 +129,13 @@ TEST(frmArchObj, ClerkFiltersTypesTheLaterFactsCopiesDeletesAndHandsOver)
     Select(&screen, RowOfNumber(&screen, "0002/05012025"));
     EXPECT_EQ(Box(&screen, "Text6")->text(), "0002/05012025");
     TypeEnter(&screen, "Text2", "OBJ-'7'");
+    // A character outside Windows-1250 is refused and said under the box's label.
+    TypeEnter(&screen, "Text2", "OBJ-Ж");
+    ASSERT_FALSE(messages.shown.empty());
+    EXPECT_EQ(messages.shown.back().text, "Pole „Číslo objednávky“ obsahuje znak, který nelze uložit ve znakové sadě "
+                                          "Windows-1250; text nebyl uložen.");
+    EXPECT_EQ(Row("Cis_global", "0002/05012025"), "OBJ-7");
+    TypeEnter(&screen, "Text2", "OBJ-7");
     TypeEnter(&screen, "Text7", "9.1.2025");
     EXPECT_EQ(Row("Cis_global, Dat_vyriz, Castka", "0002/05012025"), "OBJ-7|09.01.2025|0,00##");
     EXPECT_EQ(Colour(&screen, RowOfNumber(&screen, "0002/05012025"), 3), ObjColours::Green);
