@@ -92,8 +92,8 @@ int list(const CliArgs &args)
 const CliRegistration addVerb({
     QStringLiteral("document add"),
     QStringLiteral("GRANT FILE [--name N]"),
-    QStringLiteral("stores FILE as a new document of GRANT, zipped; --name gives the document's name "
-                   "(default: the file's name)"),
+    QStringLiteral("uloží FILE zazipovaný jako nový dokument GRANTu; --name dá dokumentu název "
+                   "(jinak název souboru)"),
     {QStringLiteral("--name")},
     {},
     2,
@@ -103,7 +103,7 @@ const CliRegistration addVerb({
 const CliRegistration getVerb({
     QStringLiteral("document get"),
     QStringLiteral("ID [--out DIR]"),
-    QStringLiteral("unpacks the file of document ID into DIR (default: the current folder)"),
+    QStringLiteral("rozbalí soubor dokumentu ID do složky DIR (jinak do aktuální složky)"),
     {QStringLiteral("--out")},
     {},
     1,
@@ -113,7 +113,7 @@ const CliRegistration getVerb({
 const CliRegistration listVerb({
     QStringLiteral("document list"),
     QStringLiteral("GRANT"),
-    QStringLiteral("lists the documents of GRANT: id, saved, type, size, name, file (tab-separated)"),
+    QStringLiteral("vypíše dokumenty GRANTu: id, uloženo, typ, velikost, název, soubor (oddělené tabulátorem)"),
     {},
     {},
     1,
