@@ -211,3 +211,95 @@ TEST_F(ObjPdf, EachGeneratorWritesAPageTheToolsRead)
         EXPECT_TRUE(QFile::exists(QString::fromStdString(png) + ".png"));
     }
 }
+
+// Where the body of the Czech letter stands: a line at Y 19 with its dash at
+// 18.5; a long tail breaks at a blank and goes on 0.5 lower.
+TEST_F(ObjPdf, CzechBodyLinesAndDashes)
+{
+    const auto td = [](double x, double y) {
+        return QStringLiteral("%1 %2 Td\r\n").arg(x * 72 / 2.54, 0, 'f', 2).arg(y * 72 / 2.54, 0, 'f', 2).toLatin1();
+    };
+    const QString path = ScratchPdf(QStringLiteral("one-line"));
+    ASSERT_TRUE(ObjPdfCZ(path, CzechLetter(), QStringLiteral("Jediný řádek"), true));
+    QByteArray bytes = ReadBytes(path);
+    EXPECT_TRUE(bytes.contains(td(3, 19) + ToCp1250(QStringLiteral("(Jediný řádek) Tj"))));
+    EXPECT_TRUE(bytes.contains(td(3, 18.5) + "(   -) Tj"));
+    EXPECT_EQ(bytes.count("(   -) Tj"), 1);
+    EXPECT_FALSE(bytes.contains(td(3, 18)));
+
+    QString tail;
+    for (int i = 0; tail.size() < 120; ++i)
+        tail += QStringLiteral("slovo%1 ").arg(i);
+    ASSERT_TRUE(ObjPdfCZ(path, CzechLetter(), tail.trimmed(), true));
+    bytes = ReadBytes(path);
+    const qsizetype second = bytes.indexOf(td(3, 18.5) + "(slovo");
+    ASSERT_GE(second, 0);
+    // The first line ends at the blank before the 96th character.
+    const qsizetype first = bytes.indexOf(td(3, 19) + "(");
+    const QByteArray firstLine = bytes.mid(first + td(3, 19).size() + 1, bytes.indexOf(") Tj", first) - first - td(3, 19).size() - 1);
+    EXPECT_LE(firstLine.size(), 95);
+    EXPECT_TRUE(tail.startsWith(QString::fromLatin1(firstLine) + QLatin1Char(' ')));
+    EXPECT_EQ(bytes.count("(   -) Tj"), 2);
+}
+
+// The five address lines: "#" is removed and a line left empty is not drawn;
+// the dry run's texts differ from the written ones, so the stream's /Length
+// is the measured figure and not the byte count.
+TEST_F(ObjPdf, AddressLinesAndMeasuredLength)
+{
+    const QString path = ScratchPdf(QStringLiteral("address"));
+    ASSERT_TRUE(ObjPdfCZ(path, RecordLine({{14, "3"}, {19, "#"}, {21, "##"}, {23, "#"}, {25, ""}, {27, "#"}}),
+                         QStringLiteral("Text"), true));
+    const QByteArray bytes = ReadBytes(path);
+    for (double y : {24.75, 24.25, 23.75, 23.25, 22.75})   // no address line at all
+        EXPECT_FALSE(bytes.contains(QStringLiteral("354.33 %1 Td").arg(y * 72 / 2.54, 0, 'f', 2).toLatin1())) << y;
+    const qsizetype stream = bytes.indexOf("stream\r\n", bytes.indexOf("13 0 obj"));
+    const qsizetype end = bytes.indexOf("endstream", stream);
+    const int declared = bytes.mid(bytes.indexOf("/Length ", bytes.indexOf("13 0 obj")) + 8, 6).split('\r')[0].toInt();
+    const int written = int(end - stream - 8);
+    // "Vyřizuje: ", "Telefon: ", "Linka: " count one blank more each, the
+    // frame is measured 17.4 wide: the declared length is never short.
+    EXPECT_GT(declared, written);
+    EXPECT_LT(declared - written, 200);
+    EXPECT_TRUE(bytes.contains(ToCp1250(QStringLiteral("(Vyřizuje:) Tj"))));
+    EXPECT_TRUE(bytes.contains("/Kids[\r14 0 R\r]\r/Count 0\r"));
+}
+
+// Bad input: missing pieces, separators in texts, a 100,000-character body,
+// pictures that are no BMP or cut short, a target that cannot be written.
+TEST_F(ObjPdf, BadInputGivesAValidFileOrFalse)
+{
+    const QString bmp = QString::fromStdString(
+        pdftest::MakeBMP24(40, 40, [](int, int) { return std::array<uint8_t, 3>{1, 2, 3}; }));
+    const struct {
+        const char *name;
+        QString line;
+        QString body;
+        QByteArray logo;
+    } cases[] = {
+        {"empty-line", QString(), QString(), QByteArray()},
+        {"short-line", QStringLiteral("0001/01012026~2026~"), QStringLiteral("<p>x"), QByteArray("BM")},
+        {"separators", RecordLine({{14, "1"}, {19, "A~B#C#D"}, {20, "1~2"}, {3, "F#i#r#m"}}),
+         QStringLiteral("a~b#c"), QByteArray("not a picture at all")},
+        {"long-body-cz", CzechLetter(), QString(100000, QLatin1Char('x')) + QStringLiteral(" konec"),
+         ToCp1250(bmp).left(70)},
+        {"long-body-typ", GoodsOrder().replace(QStringLiteral("~1~"), QStringLiteral("~2~")),
+         QStringLiteral("<p>") + QStringLiteral("slovo ").repeated(20000) + QStringLiteral("</p>"), QByteArray()},
+        {"long-body-en", EnglishLetter(), QStringLiteral("řádek\t1\tA<br>").repeated(5000), QByteArray()},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        QFile logo(Session().TempDir + QStringLiteral("/logo_kvl_tmp.bmp"));
+        ASSERT_TRUE(logo.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        logo.write(c.logo);
+        logo.close();
+        const QString path = ScratchPdf(QLatin1String(c.name));
+        ASSERT_TRUE(ObjPdfForm(path, c.line, c.body, true));
+        pdftest::ExpectQpdfAccepts(path.toStdString(), true);
+        const QByteArray bytes = ReadBytes(path);
+        EXPECT_EQ(bytes.count("/Type/Page\r"), 1);
+        EXPECT_FALSE(bytes.contains("/Name /Img1"));   // a broken logo is left out
+    }
+    EXPECT_FALSE(ObjPdfForm(QStringLiteral("/nonexistent-folder/x.pdf"), GoodsOrder(), QString(), true));
+    EXPECT_FALSE(ObjPdfForm(Session().TempDir, CzechLetter(), QString(), true));   // a folder
+}
