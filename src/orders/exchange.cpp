@@ -4,6 +4,7 @@
 #include "core/db.h"
 #include "core/session.h"
 #include "core/text.h"
+#include "orders/objrecord.h"
 
 #include <QDir>
 #include <QFile>
@@ -78,6 +79,51 @@ bool MakeExchangeFolders(QString *error)
 QString ExchangeFileName(const QString &firma)
 {
     return SmtpFolder() + QLatin1Char('/') + SafeFileName(firma) + QStringLiteral(".txt");
+}
+
+bool ExportObjFirm(const QString &path, const QSqlRecord &row, QString *error)
+{
+    QSqlRecord order = row;
+    if (!order.value(QStringLiteral("Text")).toString().isEmpty())
+        order.setValue(QStringLiteral("Text"), order.value(QStringLiteral("file_html_text")).toString().remove(QLatin1Char('"')));
+    QString line = ObjRecordLine(order);
+    // One record is one line.
+    line.replace(QStringLiteral("\r\n"), QStringLiteral("^"));
+    line.replace(QLatin1Char('\n'), QLatin1Char('^'));
+    line.replace(QLatin1Char('\r'), QLatin1Char('^'));
+    QFile file(path);
+    const QByteArray bytes = ToCp1250(line) + "\r\n";
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size()) {
+        if (error)
+            *error = QStringLiteral("Soubor ") + Native(path) + QStringLiteral(" nelze zapsat.");
+        return false;
+    }
+    return true;
+}
+
+int ExportFirm(DbConnection &centre, const QString &firma, QString *path, QString *error)
+{
+    if (!MakeExchangeFolders(error))
+        return -1;
+    const QString folded = SafeFileName(firma);
+    const QString piece = folded.section(QLatin1Char('_'), 0, 0);
+    if (path)
+        *path = ExchangeFileName(firma);
+    if (piece.isEmpty())
+        return 0;
+    QString pattern = piece;
+    pattern.replace(QLatin1Char('\\'), QStringLiteral("\\\\")).replace(QLatin1Char('%'), QStringLiteral("\\%"));
+    QSqlQuery rows = centre.query();
+    if (!centre.exec(rows, QStringLiteral("SELECT * FROM archobj WHERE Firma LIKE ? ORDER BY cis_obj"),
+                     {pattern + QLatin1Char('%')}))
+        return Failed(error, DbErrorMessage(rows.lastError()));
+    int written = 0;
+    while (rows.next()) {
+        if (!ExportObjFirm(ExchangeFileName(firma), rows.record(), error))
+            return -1;
+        ++written;
+    }
+    return written;
 }
 
 int ImportObjFile(DbConnection &centre, const QString &path, QString *error)

@@ -5,6 +5,7 @@
 #include "core/institution.h"
 #include "core/session.h"
 #include "core/text.h"
+#include "orders/objfooter.h"
 #include "pdf/objpdf.h"
 
 #include <QDateTime>
@@ -514,34 +515,24 @@ bool ObjPdfForm(const QString &FileName, const QString &RecordLine, const QStrin
 bool ObjPdfPicturesToTemp(DbConnection &sys, const QString &login, QString *error)
 {
     const QString dir = Session().TempDir;
-    QDir().mkpath(dir);
-    const struct {
-        const char *sql;
-        QVariantList values;
-        const char *file;
-    } pictures[] = {
-        {"SELECT oleObrazek FROM sys_logo_kvl WHERE typ = 1", {}, LogoFile},
-        {"SELECT oleObrazek FROM sys_paticky_obrazky WHERE typ='4' AND login=?", {login}, MarkFile},
-    };
-    for (const auto &picture : pictures) {
-        QSqlQuery query = sys.query();
-        if (!sys.exec(query, QLatin1String(picture.sql), picture.values)) {
-            if (error)
-                *error = DbErrorMessage(query.lastError());
-            return false;
-        }
-        QFile file(dir + QLatin1String(picture.file));
-        if (!query.next()) {
-            file.remove();
-            continue;
-        }
-        const QByteArray bytes = query.value(0).toByteArray();
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size()) {
-            if (error)
-                *error = QStringLiteral("Obrázek nelze zapsat do souboru ") + QDir::toNativeSeparators(file.fileName()) +
-                         QStringLiteral(".");
-            return false;
-        }
+    LogoToTemp(sys, dir);
+    // The mark: the user's picture footer, copied afresh under the name the form reads.
+    QFile mark(dir + QLatin1String(MarkFile));
+    mark.remove();
+    QSqlQuery query = sys.query();
+    if (!sys.exec(query, QStringLiteral("SELECT oleObrazek FROM sys_paticky_obrazky WHERE typ='4' AND login=?"), {login})) {
+        if (error)
+            *error = DbErrorMessage(query.lastError());
+        return false;
+    }
+    if (!query.next())
+        return true;
+    const QByteArray bytes = query.value(0).toByteArray();
+    if (!mark.open(QIODevice::WriteOnly) || mark.write(bytes) != bytes.size()) {
+        if (error)
+            *error = QStringLiteral("Obrázek nelze zapsat do souboru ") + QDir::toNativeSeparators(mark.fileName()) +
+                     QStringLiteral(".");
+        return false;
     }
     return true;
 }

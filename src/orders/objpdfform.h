@@ -48,8 +48,8 @@ bool ObjPdfTyp(const QString &FileName, const QString &RecordLine, const QString
 // (file_html_text) and from the record line.
 bool ObjPdfForm(const QString &FileName, const QString &RecordLine, const QString &BodyHtml, bool NoView);
 
-// Writes the institution's logo (sys_logo_kvl, typ 1) and the user's picture
-// footer (sys_paticky_obrazky, typ '4') into the scratch folder under the names
-// the generators read; a missing row removes the old copy. False with a Czech
+// Lays the institution's logo (LogoToTemp) and the user's picture footer
+// (sys_paticky_obrazky, typ '4') into the scratch folder under the names the
+// generators read; a missing row removes the old copy. False with a Czech
 // message in *error when the server or the folder refused.
 bool ObjPdfPicturesToTemp(DbConnection &sys, const QString &login, QString *error);
