@@ -6,12 +6,14 @@
 #include "core/session.h"
 #include "core/text.h"
 #include "orders/objfooter.h"
+#include "orders/objrecord.h"
 #include "pdf/objpdf.h"
 
 #include <QDateTime>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
+#include <QSqlRecord>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -510,6 +512,16 @@ bool ObjPdfForm(const QString &FileName, const QString &RecordLine, const QStrin
     if (kind == 5)
         body.replace(QLatin1String("<br>"), QLatin1String("~"), Qt::CaseInsensitive);
     return ObjPdfTyp(FileName, RecordLine, HtmlToPlain(body).trimmed(), signatures, NoView);
+}
+
+bool ObjPdfOfRow(const QSqlRecord &row, const QString &FileName, bool NoView)
+{
+    return ObjPdfForm(FileName, ObjRecordLine(row), row.value(QStringLiteral("file_html_text")).toString(), NoView);
+}
+
+QString ObjPdfPath(const QString &cisObj)
+{
+    return QDir(Session().TempDir).filePath(QString(cisObj).replace(QLatin1Char('/'), QLatin1Char('-')) + QStringLiteral(".pdf"));
 }
 
 bool ObjPdfPicturesToTemp(DbConnection &sys, const QString &login, QString *error)

@@ -8,6 +8,7 @@
 #include <QString>
 
 class DbConnection;
+class QSqlRecord;
 
 // What the letterheads print of the institution: the session's settings
 // (sys_nastaveni) and the site's values of section "HLAVICKA" of the
@@ -47,6 +48,12 @@ bool ObjPdfTyp(const QString &FileName, const QString &RecordLine, const QString
 // The generator of the order's kind, with its texts made from the body
 // (file_html_text) and from the record line.
 bool ObjPdfForm(const QString &FileName, const QString &RecordLine, const QString &BodyHtml, bool NoView);
+
+// The form of an archive row (all columns of archobj): its record line and body.
+bool ObjPdfOfRow(const QSqlRecord &row, const QString &FileName, bool NoView);
+// Where the archive writes an order's form: the number with "/" as "-", ".pdf",
+// in the scratch folder.
+QString ObjPdfPath(const QString &cisObj);
 
 // Lays the institution's logo (LogoToTemp) and the user's picture footer
 // (sys_paticky_obrazky, typ '4') into the scratch folder under the names the

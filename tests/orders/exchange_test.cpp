@@ -7,12 +7,16 @@
 #include "core/db.h"
 #include "core/session.h"
 #include "core/text.h"
+#include "fondarix_paths.h"
 #include "orders/objrecord.h"
 #include "support/testenv.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QProcess>
 #include <QSqlRecord>
+
 
 namespace {
 
@@ -177,4 +181,64 @@ TEST_F(Exchange, RefusedFilesStoreNothing)
     QString error;
     EXPECT_EQ(ImportObjFile(centre, QStringLiteral("/nonexistent/x.txt"), &error), -1);
     EXPECT_EQ(error, QStringLiteral("Soubor /nonexistent/x.txt nelze otevřít."));
+}
+
+namespace {
+struct CliRun {
+    int code;
+    QString out;
+    QString err;
+};
+CliRun Cli(const QStringList &args)
+{
+    QProcess p;
+    p.start(QStringLiteral(FONDARIX_BINARY_DIR "/src/app/fondarix-cli"), args);
+    p.waitForFinished(60000);
+    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
+}
+} // namespace
+
+// The three verbs on the demo institute, as a user runs them, and their refusals.
+TEST_F(Exchange, BatchVerbs)
+{
+    const QString out = QDir(testenv::SamplesDir(QStringLiteral("pdf"))).filePath(QStringLiteral("cli-0043.pdf"));
+    const CliRun pdf = Cli({"order", "pdf", "0043/25052024", "--out", out, "--login", "cerny"});
+    ASSERT_EQ(pdf.code, 0) << pdf.err.toStdString();
+    EXPECT_EQ(pdf.out.trimmed(), QStringLiteral("order pdf: 0043/25052024, druh 3: %1, %2 bajtů").arg(out).arg(QFileInfo(out).size()));
+    QFile written(out);
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(written.readAll().contains(ToCp1250(QStringLiteral("(Lach-Ner, s.r.o.) Tj"))));
+
+    const CliRun exported = Cli({"orders", "export", "Verkon s.r.o."});
+    ASSERT_EQ(exported.code, 0) << exported.err.toStdString();
+    const QString file = Session().TempDir + QStringLiteral("/SMTP_Email/VERKON_S.R.O..txt");
+    const QString count = testenv::Column(Centre, QStringLiteral("SELECT COUNT(*) FROM archobj WHERE Firma LIKE 'VERKON%'")).value(0);
+    EXPECT_EQ(exported.out.trimmed(),
+              QStringLiteral("orders export: %1 objednávek firmy \"Verkon s.r.o.\" zapsáno do %2 (soubor drží poslední z nich)")
+                  .arg(count, file));
+
+    const int before = Rows();
+    const CliRun imported = Cli({"orders", "import", file});
+    ASSERT_EQ(imported.code, 0) << imported.err.toStdString();
+    EXPECT_EQ(imported.out, QStringLiteral("orders import: 1 objednávek uloženo do archobj databáze fondarix_ofk\nExport file complete\n"));
+    EXPECT_EQ(Added(QStringLiteral("Grant"), before), QStringList{QStringLiteral("Verkon s.r.o.")});
+
+    const struct {
+        QStringList args;
+        int code;
+        const char *message;
+    } refusals[] = {
+        {{"order", "pdf", "9999/01012000"}, 1, "Objednávka číslo 9999/01012000 neexistuje."},
+        {{"order", "pdf", "0002/11012024", "--out", "/nonexistent/x.pdf"}, 1, "Soubor /nonexistent/x.pdf nelze zapsat."},
+        {{"orders", "export", "Neznámá firma"}, 1, "Firma \"Neznámá firma\" nemá v archivu žádnou objednávku."},
+        {{"orders", "import", "/nonexistent/x.txt"}, 1, "Soubor /nonexistent/x.txt nelze otevřít."},
+        {{"order", "pdf"}, 2, ""},
+        {{"orders", "import", "a", "b"}, 2, ""},
+    };
+    for (const auto &r : refusals) {
+        const CliRun run = Cli(r.args);
+        EXPECT_EQ(run.code, r.code) << r.args.join(' ').toStdString();
+        EXPECT_TRUE(run.err.contains(QString::fromUtf8(r.message))) << run.err.toStdString();
+    }
+    EXPECT_EQ(Rows(), before + 1);
 }

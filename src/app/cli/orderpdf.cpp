@@ -1,0 +1,134 @@
+// order pdf, orders export, orders import: the PDF form of an archived order and the
+// exchange files of a firm's orders, as the order archive makes and reads them.
+
+#include "app/cli/cli.h"
+
+#include "core/db.h"
+#include "core/institution.h"
+#include "core/session.h"
+#include "orders/exchange.h"
+#include "orders/objpdfform.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSqlRecord>
+
+#include <memory>
+
+namespace {
+// The centre's connection of a verb, or a refusal said on stderr.
+bool openCentre(const CliArgs &args, std::unique_ptr<DbConnection> *conn)
+{
+    if (!CliOpenSession(args))
+        return false;
+    *conn = std::make_unique<DbConnection>(ConnStrCentre());
+    if ((*conn)->isOpen())
+        return true;
+    CliFail(QStringLiteral("Nelze se připojit k databázi střediska: %1").arg((*conn)->errorText()));
+    return false;
+}
+
+int orderPdf(const CliArgs &args)
+{
+    const QString cisObj = args.at(0).trimmed();
+    std::unique_ptr<DbConnection> centre;
+    if (!openCentre(args, &centre))
+        return CliFailed;
+    {
+        // The letterhead and the pictures, as the archive has them when it opens.
+        DbConnection sys(ConnStrSys());
+        QString error;
+        if (!ReadInstitution(sys) || !ObjPdfPicturesToTemp(sys, Session().UserLogin, &error))
+            return CliFail(error.isEmpty() ? sys.errorText() : error);
+    }
+    QSqlQuery row = centre->query();
+    if (!centre->exec(row, QStringLiteral("SELECT * FROM archobj WHERE cis_obj = ? ORDER BY nom LIMIT 1"), {cisObj}))
+        return CliFail(DbErrorMessage(row.lastError()));
+    if (!row.next())
+        return CliFail(QStringLiteral("Objednávka číslo %1 neexistuje.").arg(cisObj));
+    const QString out = args.has(QStringLiteral("--out")) ? QFileInfo(args.value(QStringLiteral("--out"))).absoluteFilePath()
+                                                          : ObjPdfPath(cisObj);
+    CliProgress(QStringLiteral("order pdf: píšu %1").arg(out));
+    const bool written = ObjPdfOfRow(row.record(), out, true);
+    CliProgressDone();
+    if (!written)
+        return CliFail(QStringLiteral("Soubor %1 nelze zapsat.").arg(QDir::toNativeSeparators(out)));
+    CliSummary(QStringLiteral("order pdf: %1, druh %2: %3, %4 bajtů")
+                   .arg(cisObj, row.value(QStringLiteral("Typ")).toString(), QDir::toNativeSeparators(out))
+                   .arg(QFileInfo(out).size()));
+    return CliOk;
+}
+
+int ordersExport(const CliArgs &args)
+{
+    const QString firma = args.at(0);
+    std::unique_ptr<DbConnection> centre;
+    if (!openCentre(args, &centre))
+        return CliFailed;
+    QString path, error;
+    CliProgress(QStringLiteral("orders export: objednávky firmy %1").arg(firma));
+    const int written = ExportFirm(*centre, firma, &path, &error);
+    CliProgressDone();
+    if (written < 0)
+        return CliFail(error);
+    if (written == 0)
+        return CliFail(QStringLiteral("Firma \"%1\" nemá v archivu žádnou objednávku.").arg(firma));
+    CliSummary(QStringLiteral("orders export: %1 objednávek firmy \"%2\" zapsáno do %3 (soubor drží poslední z nich)")
+                   .arg(written).arg(firma, QDir::toNativeSeparators(path)));
+    return CliOk;
+}
+
+int ordersImport(const CliArgs &args)
+{
+    const QString path = QFileInfo(args.at(0)).absoluteFilePath();
+    std::unique_ptr<DbConnection> centre;
+    if (!openCentre(args, &centre))
+        return CliFailed;
+    QString error;
+    CliProgress(QStringLiteral("orders import: čtu %1").arg(path));
+    const int stored = ImportObjFile(*centre, path, &error);
+    CliProgressDone();
+    if (stored < 0)
+        return CliFail(error);
+    CliSummary(QStringLiteral("orders import: %1 objednávek uloženo do archobj databáze %2").arg(stored).arg(Session().MysqlDb));
+    if (stored > 0)
+        CliSummary(QLatin1String(ImportCompleteText));
+    return CliOk;
+}
+
+const CliRegistration pdfRegistration({
+    QStringLiteral("order pdf"),
+    QStringLiteral("CIS_OBJ [--out FILE]"),
+    QStringLiteral("writes the one-page PDF form of the archived order (by its kind, as \"Náhled v PDF\" does); "
+                   "by default to the scratch folder, the number with \"/\" as \"-\""),
+    {QStringLiteral("--out")},
+    {},
+    1,
+    1,
+    orderPdf,
+});
+
+const CliRegistration exportRegistration({
+    QStringLiteral("orders export"),
+    QStringLiteral("FIRM"),
+    QStringLiteral("writes the archive's orders of the firm into its exchange file SMTP_Email/<FIRM>.txt under the "
+                   "scratch folder; each order rewrites the file, so it keeps the last"),
+    {},
+    {},
+    1,
+    1,
+    ordersExport,
+});
+
+const CliRegistration importRegistration({
+    QStringLiteral("orders import"),
+    QStringLiteral("FILE"),
+    QStringLiteral("stores the orders of an exchange file (older layout, first 20,000 characters) in archobj, "
+                   "all or none"),
+    {},
+    {},
+    1,
+    1,
+    ordersImport,
+});
+} // namespace
