@@ -17,6 +17,8 @@ mkdir -p "$FONDARIX_WINDIR"
 ini="$FONDARIX_WINDIR/Fondarix MySQL.ini"
 if [ ! -f "$ini" ]; then
   printf '[NASTAVENI]\r\nSERVER_IP=127.0.0.1\r\nSERVER_PORT=%s\r\n' "$(cat var/db/port)" >"$ini"
+  # The demo institute's letterhead values of the PDF order forms.
+  printf '[HLAVICKA]\r\nTELEFON=266 001 000\r\nFAX=266 001 099\r\nEMAIL=ustav@lhotka.example\r\nWWW=www.lhotka.example\r\nNAZEV-ENG=Institute of Clinical Research Lhotka\r\nODDELENI-ENG=Department of Laboratory Medicine\r\n' >>"$ini"
 fi
 
 # The demo institute, once; `scripts/dbserver reset` starts again from nothing.
