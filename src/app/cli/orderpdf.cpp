@@ -98,9 +98,9 @@ int ordersImport(const CliArgs &args)
 
 const CliRegistration pdfRegistration({
     QStringLiteral("order pdf"),
-    QStringLiteral("CIS_OBJ [--out FILE]"),
-    QStringLiteral("writes the one-page PDF form of the archived order (by its kind, as \"Náhled v PDF\" does); "
-                   "by default to the scratch folder, the number with \"/\" as \"-\""),
+    QStringLiteral("CIS_OBJ [--out SOUBOR]"),
+    QStringLiteral("zapíše jednostránkový formulář PDF objednávky z archivu podle jejího druhu, jako „Náhled v PDF“; "
+                   "bez --out do pracovní složky, číslo s „-“ místo „/“"),
     {QStringLiteral("--out")},
     {},
     1,
@@ -110,9 +110,9 @@ const CliRegistration pdfRegistration({
 
 const CliRegistration exportRegistration({
     QStringLiteral("orders export"),
-    QStringLiteral("FIRM"),
-    QStringLiteral("writes the archive's orders of the firm into its exchange file SMTP_Email/<FIRM>.txt under the "
-                   "scratch folder; each order rewrites the file, so it keeps the last"),
+    QStringLiteral("FIRMA"),
+    QStringLiteral("zapíše objednávky firmy z archivu do jejího souboru SMTP_Email/<FIRMA>.txt v pracovní složce; "
+                   "každá objednávka soubor přepíše, zůstane v něm poslední"),
     {},
     {},
     1,
@@ -122,9 +122,9 @@ const CliRegistration exportRegistration({
 
 const CliRegistration importRegistration({
     QStringLiteral("orders import"),
-    QStringLiteral("FILE"),
-    QStringLiteral("stores the orders of an exchange file (older layout, first 20,000 characters) in archobj, "
-                   "all or none"),
+    QStringLiteral("SOUBOR"),
+    QStringLiteral("uloží objednávky ze souboru výměny (starší pořadí polí, prvních 20 000 znaků) do archobj, "
+                   "všechny, nebo žádnou"),
     {},
     {},
     1,
