@@ -8,6 +8,7 @@
 #include "core/session.h"
 #include "core/text.h"
 #include "orders/objeditor.h"
+#include "orders/objexchangepanel.h"
 #include "orders/objhtml.h"
 #include "orders/objreports.h"
 #include "orders/objsave.h"
@@ -57,12 +58,6 @@ QPushButton *button(QWidget *parent, const char *name, const QString &caption)
 // The name box of goods line i (0..7): lines 7 and 8 have boxes of their own numbers.
 int nameBox(int i) { return i < 6 ? i : (i == 6 ? 24 : 32); }
 } // namespace
-
-std::function<void(frmArchObj *, int)> &frmArchObj::PdfFormHandler()
-{
-    static std::function<void(frmArchObj *, int)> handler;
-    return handler;
-}
 
 frmArchObj::frmArchObj(QWidget *parent) : QDialog(parent)
 {
@@ -284,6 +279,7 @@ void frmArchObj::buildUi()
     for (QPushButton *b : {cmdView, cmdPDFForm, cmdCopy, cmdDelete, cmdTransfer, cmdArchiv, cmdRefresh, cmdRozpocet,
                            cmdCerpani, cmdLekarna, cmdFind, Command3, cmdClose})
         commands->addWidget(b);
+    AddObjExchangeCommands(this, commands);
 
     auto *left = new QVBoxLayout;
     left->addLayout(filters);
@@ -331,8 +327,8 @@ void frmArchObj::buildUi()
     connect(cmdDelete, &QPushButton::clicked, this, &frmArchObj::cmdDelete_Click);
     connect(cmdView, &QPushButton::clicked, this, &frmArchObj::cmdView_Click);
     connect(cmdPDFForm, &QPushButton::clicked, this, [this] {
-        if (PdfFormHandler() && m_nom)
-            PdfFormHandler()(this, m_nom);
+        if (m_nom)
+            ObjPdfPreview(this, m_nom);
     });
     connect(cmdCerpani, &QPushButton::clicked, this, &frmArchObj::cmdCerpani_Click);
     connect(cmdRozpocet, &QPushButton::clicked, this, [this] { RunCommand(QStringLiteral("mnuRozpocet"), parentWidget()); });

@@ -36,9 +36,7 @@ public:
     void FillPage(int page);
     void ShowObj(int nom);
 
-    // The PDF form of the chosen order ("Náhled v PDF"); set by the PDF forms when they are there.
-    static std::function<void(frmArchObj *screen, int nom)> &PdfFormHandler();
-    // The export panel of the PDF forms lives beside the detail, in this frame.
+    // The export panel of the exchange files lives beside the detail, in this frame.
     QFrame *Frame6 = nullptr;
 
     int CurrentNom() const { return m_nom; }
