@@ -17,6 +17,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 using namespace testenv;
 
 namespace {
@@ -35,27 +37,33 @@ int RowOfKind(QWidget *s, const QString &typ)
     return -1;
 }
 
-struct Desktop {
-    Desktop() { ObjExchangeDesktop::NoView() = true; }
-    ~Desktop()
+// The archive of the demo centre opened by the order clerk, with no viewer started.
+class frmArchObjPdf : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        FreshDatabases(true);
+        LoginAs(4);
+        ObjExchangeDesktop::NoView() = true;
+        archive = std::make_unique<frmArchObj>();   // after the login: it reads the session
+        archive->Load();
+        archive->show();
+    }
+    void TearDown() override
     {
         ObjExchangeDesktop::NoView() = false;
         ObjExchangeDesktop::ChooseFile() = nullptr;
     }
+    ScriptedMessages messages;
+    std::unique_ptr<frmArchObj> archive;
 };
 } // namespace
 
 // "Náhled v PDF" on an order of each generator's kind writes its form to the
-// scratch folder; an order deleted meanwhile gives nothing.
-TEST(frmArchObjPdf, PreviewWritesTheFormOfTheOrdersKind)
+// scratch folder.
+TEST_F(frmArchObjPdf, PreviewWritesTheFormOfTheOrdersKind)
 {
-    FreshDatabases(true);
-    LoginAs(4);
-    Desktop desktop;
-    ScriptedMessages messages;
-    frmArchObj screen;
-    screen.Load();
-    screen.show();
+    frmArchObj &screen = *archive;
     for (const char *typ : {"1", "3", "4", "5"}) {
         const int row = RowOfKind(&screen, QLatin1String(typ));
         ASSERT_GE(row, 0) << typ;
@@ -80,15 +88,9 @@ TEST(frmArchObjPdf, PreviewWritesTheFormOfTheOrdersKind)
 
 // The export panel: the chosen order's firm goes into the list, the list is
 // written into SMTP_Email, cleared and closed; a file is imported back.
-TEST(frmArchObjPdf, ExportPanelAndImport)
+TEST_F(frmArchObjPdf, ExportPanelAndImport)
 {
-    FreshDatabases(true);
-    LoginAs(4);
-    Desktop desktop;
-    ScriptedMessages messages;
-    frmArchObj screen;
-    screen.Load();
-    screen.show();
+    frmArchObj &screen = *archive;
     auto *panel = Child<QFrame>(&screen, "Frame6");
     EXPECT_FALSE(panel->isVisible());
 
