@@ -54,7 +54,7 @@ INSERT INTO sys_logo_kvl (typ, filename, oleObrazek) VALUES (1, 'C:\\Fondarix\\l
 -- Protocols: two kinds, a designed form for each, and the pick lists of their combo fields.
 INSERT INTO documents_prot (id, name) VALUES (1, 'Biopsie'), (2, 'Cytologie');
 INSERT INTO documents (`key`, id, name, form_param) VALUES
-  (1, 1, 'Biopsie', '1~0~10500~8000'),
+  (1, 1, 'Biopsie', '1~0~10500~9000'),
   (2, 2, 'Cytologie', '1~0~10500~7000');
 INSERT INTO formulars (document, `key`, id, type_field, razeni, param_field, pac_field) VALUES
   (1, 1, 1, '1', 1, '400~6000~900~4100~14~1~~0~BIOPTICKÉ VYŠETŘENÍ~0', ''),

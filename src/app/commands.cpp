@@ -75,11 +75,11 @@ const std::vector<ToolbarEntry> &ToolbarPositions()
         {"TISKY", "Archiv objednávek/žádanek", "mnuObjednVyd"},
         {"OBJEDN", "", "mnuObjednVyd"},
         {"", "", ""},
-        // The areas of these buttons are reached from the order archive and the protocol screens.
+        // The area of POST is reached from the order archive, that of PROTOKOL from the protocol screens.
         {"POST", "Post SERVER", ""},
-        {"PROTOKOLS", "Archiv protokolů", ""},
+        {"PROTOKOLS", "Archiv protokolů", "mnuArchivProt"},
         {"PROTOKOL", "Tvorba protokolů", ""},
-        {"STUDIO", "Studio formuláře", ""},
+        {"STUDIO", "Studio formuláře", "mnu131"},
         {"", "", ""},
         {"ARCHIV", "Archiv čerpaní GRANTu za minule roky", ""},
         {"SPRAVA PR", "Správa programu", "mnuSysItem"},

@@ -118,6 +118,9 @@ void frmMDIMain::buildMenu()
             menu->setObjectName(name);
             menu->menuAction()->setObjectName(name);
             open[entry.level] = menu;
+            // A menu that is also a command of its own ("Protokoly") opens it from its first item.
+            if (CommandAvailable(name))
+                connect(menu->addAction(caption), &QAction::triggered, this, [this, name] { runCommand(name); });
             continue;
         }
         QAction *action = caption.isEmpty()

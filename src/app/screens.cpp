@@ -12,6 +12,8 @@
 #include "grants/frmStredisko.h"
 #include "import/DefinFieldsExport.h"
 #include "orders/frmArchObj.h"
+#include "protocols/frmDocDesignForm.h"
+#include "protocols/frmDocPacient.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -53,4 +55,8 @@ void RegisterScreens()
 
     // Orders.
     RegisterCommand(QStringLiteral("mnuObjednVyd"), ShowArchObj);
+
+    // Protocols: the patient register and the Studio.
+    RegisterCommand(QStringLiteral("mnuArchivProt"), ShowDocPacient);
+    RegisterCommand(QStringLiteral("mnu131"), ShowStudio);
 }

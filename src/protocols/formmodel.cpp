@@ -4,6 +4,7 @@
 #include "core/db.h"
 
 #include <QDateTime>
+#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSqlQuery>
@@ -134,21 +135,23 @@ std::optional<ControlTagParts> ParseControlTag(const QString &tag)
 
 // --- the database -------------------------------------------------------------------------
 
-QString FieldInitialValue(DbConnection &centre, const QString &column, int idPac, int idProt)
+QString FieldInitialValue(DbConnection &centre, const QString &column, const FillSource &source)
 {
     const QString name = column.trimmed();
     QSqlQuery q = centre.query();
     if (name.compare(QLatin1String("CISLOPROT"), Qt::CaseInsensitive) == 0 ||
         name.compare(QLatin1String("DATUMTVOR"), Qt::CaseInsensitive) == 0) {
         const bool number = name.compare(QLatin1String("CISLOPROT"), Qt::CaseInsensitive) == 0;
-        if (!centre.exec(q, QStringLiteral("SELECT cislo_prot, date_create FROM archiv WHERE `key`=?"), {idProt}) ||
+        if (source.idProt == 0)
+            return number ? source.nazDoc : source.created;
+        if (!centre.exec(q, QStringLiteral("SELECT cislo_prot, date_create FROM archiv WHERE `key`=?"), {source.idProt}) ||
             !q.next())
             return QString();
         return FieldText(q, number ? 0 : 1);
     }
     if (!isIdentifier(name))
         return QString();
-    if (!centre.exec(q, QStringLiteral("SELECT `%1` FROM pacients WHERE `key`=?").arg(name), {idPac}) || !q.next())
+    if (!centre.exec(q, QStringLiteral("SELECT `%1` FROM pacients WHERE `key`=?").arg(name), {source.idPac}) || !q.next())
         return QString();
     const QVariant v = q.value(0);
     if (v.typeId() == QMetaType::QDate)
@@ -183,7 +186,7 @@ bool LoadFormDefinition(DbConnection &sys, clsDocument &doc, int formId, const Q
         field->MDB = FieldText(q, QStringLiteral("pac_field"));
         ApplyParamField(*field, q.value(QStringLiteral("param_field")).toString());
         if (fill && fill->centre && !field->MDB.isEmpty() && fill->idPac != 0)
-            field->Caption = FieldInitialValue(*fill->centre, field->MDB, fill->idPac, fill->idProt);
+            field->Caption = FieldInitialValue(*fill->centre, field->MDB, *fill);
         const QString itemKey = QString::number(field->Key);
         doc.Add(std::move(field), itemKey);
     }
@@ -266,6 +269,9 @@ clsField *AddNewField(clsDocument &doc, int typ)
 bool ExportForm(const clsDocument &doc, const QStringList &params, const QString &name, int formId,
                 const QString &fileName)
 {
+    // A fresh file: keys left from an older form would be read with the new one.
+    if (QFileInfo::exists(fileName) && !QFile::remove(fileName))
+        return false;
     // Each parameter but the last is followed by "~".
     const QString joined = params.join(Tilde);
     bool ok = WriteProfileString(FormSection, QStringLiteral("DOKUMENT"),

@@ -103,11 +103,14 @@ struct FillSource {
     DbConnection *centre = nullptr;
     int idPac = 0;     // pacients.key; 0 when no patient is selected
     int idProt = 0;    // archiv.key; 0 for a protocol not yet saved
+    QString nazDoc;    // the number typed for a protocol not yet saved
+    QString created;   // its time of creation, "DD.MM.YYYY HH:MM"
 };
 
-// The value of a patient-filled field: CISLOPROT and DATUMTVOR from the protocol's row,
-// any other name a column of the patient. Unknown columns and missing rows give "".
-QString FieldInitialValue(DbConnection &centre, const QString &column, int idPac, int idProt);
+// The value of a patient-filled field: CISLOPROT and DATUMTVOR from the protocol's row
+// (for a protocol not yet saved, the number typed for it and the time now), any other
+// name a column of the patient. Unknown columns and missing rows give "".
+QString FieldInitialValue(DbConnection &centre, const QString &column, const FillSource &source);
 
 // Loads the fields of form formId (only those of one key when key is not empty) into doc,
 // in their order. With fill, fields naming a patient column take its value as caption.

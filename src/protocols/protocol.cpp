@@ -77,8 +77,8 @@ const QStringList &PacientSearchColumns()
 {
     // The registration date is searched as "pegistraci", which the table does not have:
     // that search ends in the server's message, as it always has.
-    static const QStringList columns{QStringLiteral("id"), QStringLiteral("prijmeni,jmeno"), QStringLiteral("rc"),
-                                     QStringLiteral("prijmcislo"), QStringLiteral("pegistraci")};
+    static const QStringList columns{QStringLiteral("id"), QStringLiteral("prijmeni,jmeno"), QStringLiteral("jmeno"),
+                                     QStringLiteral("rc"), QStringLiteral("prijmcislo"), QStringLiteral("pegistraci")};
     return columns;
 }
 

@@ -30,7 +30,7 @@ inline constexpr const char *EmptyDataPacient = "~~~~~~~~~~";
 // Items of datapacient shown on the screen: title, address 1..3, telephone, remark.
 inline constexpr int DataPacientItems = 6;
 
-// The search columns, in the order of the search fields.
+// The columns a search may name: id, the name pair, jmeno, rc, prijmcislo, pegistraci.
 const QStringList &PacientSearchColumns();
 // All patients (empty text: newest registration first) or those whose column starts with
 // text. An unknown column or a failing statement gives nullopt and the message in error.

@@ -219,8 +219,8 @@ bool WriteProtocolPdf(const ProtocolPage &page, const QString &fileName)
     }
 }
 
-bool ProtokolPdf(DbConnection &centre, DbConnection &sys, const QString &key, bool noView, QString *fileOut,
-                 QString *error)
+bool ProtokolPdf(DbConnection &centre, DbConnection &sys, const QString &key, bool noView, const QString &outFile,
+                 QString *fileOut, QString *error)
 {
     if (key.trimmed().isEmpty())
         return true;
@@ -235,7 +235,7 @@ bool ProtokolPdf(DbConnection &centre, DbConnection &sys, const QString &key, bo
                       row->font_fields,  row->bold_fields,  row->kursiv_fields, row->korekce_fields,
                       form ? ParseLocaleNumber(form->formParam.split(Tilde).value(2)) : 0,
                       LetterheadRows(),  Session().TempDir + QStringLiteral("/logo_kvl_tmp.bmp")};
-    const QString file = ProtocolPdfPath(row->cislo_prot);
+    const QString file = outFile.isEmpty() ? ProtocolPdfPath(row->cislo_prot) : outFile;
     if (fileOut)
         *fileOut = file;
     if (!WriteProtocolPdf(page, file)) {

@@ -29,11 +29,11 @@ QString ProtocolPdfPath(const QString &cisloProt);
 // Writes the page(s) to fileName. False when the file cannot be made.
 bool WriteProtocolPdf(const ProtocolPage &page, const QString &fileName);
 
-// Prints the archiv row of that key to its file under PROTOKOLY_SAVE and, unless noView,
-// opens it. Nothing happens for an empty key; false with a message in error when the
-// protocol is missing or the file cannot be written. The written file in fileOut.
-bool ProtokolPdf(DbConnection &centre, DbConnection &sys, const QString &key, bool noView, QString *fileOut,
-                 QString *error);
+// Prints the archiv row of that key to outFile (empty: its file under PROTOKOLY_SAVE) and,
+// unless noView, opens it. Nothing happens for an empty key; false with a message in
+// error when the protocol is missing or the file cannot be written. The file in fileOut.
+bool ProtokolPdf(DbConnection &centre, DbConnection &sys, const QString &key, bool noView, const QString &outFile,
+                 QString *fileOut, QString *error);
 
 // The Studio's print: the same page from the form in memory and the values its controls
 // show, into "formular.pdf" of the scratch folder; the written file in fileOut.

@@ -165,14 +165,27 @@ TEST(MainWindow, ToolbarClicksRouteOrDoNothing)
     frmMDIMain window;
     CommandProbe graph("mnuGraf");
     CommandProbe importMd("mnuImportMDDal");
+    CommandProbe protocols("mnuArchivProt");
+    CommandProbe studio("mnu131");
     const int windowsBefore = QApplication::topLevelWidgets().size();
 
-    for (const char *key : {"POST", "UPGRADE", "PROTOKOLS", "PROTOKOL", "STUDIO", "ARCHIV"}) {
+    for (const char *key : {"POST", "UPGRADE", "PROTOKOL", "ARCHIV"}) {
         action(window, key)->trigger();
         EXPECT_EQ(Session().LastToolbarKey, key);
     }
     EXPECT_EQ(QApplication::topLevelWidgets().size(), windowsBefore);
     EXPECT_TRUE(messages.shown.empty());
+
+    // The protocol screens: from their buttons, and from the "Protokoly" menu's two items.
+    action(window, "PROTOKOLS")->trigger();
+    action(window, "STUDIO")->trigger();
+    const QList<QAction *> menu = window.findChild<QMenu *>("mnuArchivProt")->actions();
+    ASSERT_EQ(menu.size(), 2);
+    EXPECT_EQ(menu[0]->text(), "Protokoly");
+    menu[0]->trigger();
+    menu[1]->trigger();
+    EXPECT_EQ(protocols.runs, 2);
+    EXPECT_EQ(studio.runs, 2);
 
     action(window, "GRAPH")->trigger();
     action(window, "SPRAVA GR")->trigger();
@@ -249,7 +262,7 @@ TEST(MainWindow, OwnCommandsAndTheEnd)
     LoginAs(2);
     RegisterScreens();
     for (const char *command : {"mnuKalendar", "mnuHelp", CommandAbout, "mnuDefineFields", "mnuStredisko",
-                                "mnuBuildSkup", "mnuSkupiny", "mnuRozpocet"})
+                                "mnuBuildSkup", "mnuSkupiny", "mnuRozpocet", "mnuArchivProt", "mnu131"})
         EXPECT_TRUE(CommandAvailable(command)) << command;
 
     frmMDIMain window;

@@ -152,14 +152,18 @@ TEST(FormDefinition, LoadsFieldsInOrderFillsPatientColumnsAndSavesChanges)
     // One key only; the fill takes patient 3's columns and protocol 3's number and date.
     ASSERT_TRUE(LoadFormDefinition(sys, doc, 1, QStringLiteral("7"), nullptr, &error));
     EXPECT_EQ(doc.Count(), 1);
-    const FillSource fill{&centre, 3, 3};
+    const FillSource fill{&centre, 3, 3, QStringLiteral("unused"), QStringLiteral("unused")};
     ASSERT_TRUE(LoadFormDefinition(sys, doc, 1, QString(), &fill, &error));
     EXPECT_EQ(doc.Item(QStringLiteral("3"))->Caption, "3/2026");
     EXPECT_EQ(doc.Item(QStringLiteral("5"))->Caption, "04.04.2026 11:21");
     EXPECT_EQ(doc.Item(QStringLiteral("7"))->Caption, "Dvořák");
-    EXPECT_EQ(FieldInitialValue(centre, QStringLiteral("registraci"), 3, 0), "10.04.2026");
-    EXPECT_EQ(FieldInitialValue(centre, QStringLiteral("rc; DROP TABLE x"), 3, 0), "");
-    EXPECT_EQ(FieldInitialValue(centre, QStringLiteral("nosuchcolumn"), 3, 0), "");
+    const FillSource fresh{&centre, 3, 0, QStringLiteral("5/2027"), QStringLiteral("01.02.2027 10:00")};
+    const struct {
+        const char *column, *value;
+    } values[] = {{"registraci", "10.04.2026"}, {" jmeno ", "Petr"}, {"cisloprot", "5/2027"},
+                  {"DATUMTVOR", "01.02.2027 10:00"}, {"rc; DROP TABLE x", ""}, {"nosuchcolumn", ""}};
+    for (const auto &v : values)
+        EXPECT_EQ(FieldInitialValue(centre, QString::fromUtf8(v.column), fresh), QString::fromUtf8(v.value)) << v.column;
 
     // Save: a moved field, a new one, a removed one.
     doc.Item(QStringLiteral("2"))->Top = 777;

@@ -194,7 +194,7 @@ TEST(ProtokolPdf, OnePageAndTwoPagesReadBackInTheTools)
                        pdftest::MakeBMP24(60, 10, [](int x, int) { return std::array<uint8_t, 3>{uint8_t(x * 4), 90, 200}; }));
     // Protocol 4, "4/2026", locked with two corrections; protocol 10 has none.
     QString file, error;
-    ASSERT_TRUE(ProtokolPdf(centre, sys, QStringLiteral("4"), true, &file, &error)) << error.toStdString();
+    ASSERT_TRUE(ProtokolPdf(centre, sys, QStringLiteral("4"), true, QString(), &file, &error)) << error.toStdString();
     EXPECT_EQ(file, QDir(out).filePath(QStringLiteral("4-2026.pdf")));
     std::string pdf = Pdf(file);
     EXPECT_NE(pdf.find("/Count 2\r"), std::string::npos);
@@ -206,7 +206,7 @@ TEST(ProtokolPdf, OnePageAndTwoPagesReadBackInTheTools)
         EXPECT_NE(text.find(expected), std::string::npos) << expected << "\n" << text;
     EXPECT_LT(text.find("Dne: 12.11.2026"), text.find("Dne: 10.11.2026"));
 
-    ASSERT_TRUE(ProtokolPdf(centre, sys, QStringLiteral("10"), true, &file, &error));
+    ASSERT_TRUE(ProtokolPdf(centre, sys, QStringLiteral("10"), true, QString(), &file, &error));
     pdf = Pdf(file);
     EXPECT_NE(pdf.find("/Kids[\r14 0 R\r]\r/Count 1\r"), std::string::npos);
     EXPECT_EQ(pdf.find("Str. 2"), std::string::npos);
@@ -216,8 +216,8 @@ TEST(ProtokolPdf, OnePageAndTwoPagesReadBackInTheTools)
     EXPECT_NE(pdf.find("(   -) Tj"), std::string::npos);
     EXPECT_NE(PdfText(file).find("Horáková"), std::string::npos);
 
-    EXPECT_TRUE(ProtokolPdf(centre, sys, QString(), true, &file, &error));   // an empty key does nothing
-    EXPECT_FALSE(ProtokolPdf(centre, sys, QStringLiteral("999"), true, &file, &error));
+    EXPECT_TRUE(ProtokolPdf(centre, sys, QString(), true, QString(), &file, &error));   // an empty key does nothing
+    EXPECT_FALSE(ProtokolPdf(centre, sys, QStringLiteral("999"), true, QString(), &file, &error));
 }
 
 TEST(ProtokolPdf, FileNamesFieldsAndTheCorrectionPageFromAPage)

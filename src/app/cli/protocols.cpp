@@ -1,0 +1,106 @@
+// protocol pdf, form export, form import: a saved protocol printed, and protocol forms
+// written to and read from form files, as the patient screen and the Studio do them.
+
+#include "app/cli/cli.h"
+
+#include "core/db.h"
+#include "core/institution.h"
+#include "protocols/formmodel.h"
+#include "protocols/protokolpdf.h"
+
+namespace {
+int protocolPdf(const CliArgs &args)
+{
+    if (!CliOpenSession(args))
+        return CliFailed;
+    DbConnection centre(ConnStrCentre()), sys(ConnStrSys());
+    if (!centre.isOpen() || !sys.isOpen())
+        return CliFail(QStringLiteral("protocol pdf: ") + (centre.isOpen() ? sys : centre).errorText());
+    ReadInstitution(sys);   // the letterhead
+    CliProgress(QStringLiteral("protocol pdf: protocol %1").arg(args.at(0)));
+    QString file, error;
+    const bool ok = ProtokolPdf(centre, sys, args.at(0), true, args.value(QStringLiteral("--out")), &file, &error);
+    CliProgressDone();
+    if (!ok)
+        return CliFail(QStringLiteral("protocol pdf: ") + error);
+    CliSummary(QStringLiteral("protocol pdf: protocol %1 written to %2").arg(args.at(0), file));
+    return CliOk;
+}
+
+int formExport(const CliArgs &args)
+{
+    if (!CliOpenSession(args))
+        return CliFailed;
+    DbConnection sys(ConnStrSys());
+    bool numeric = false;
+    const int id = args.at(0).toInt(&numeric);
+    if (!numeric)
+        return CliFail(QStringLiteral("form export: the form id must be a number: ") + args.at(0));
+    const std::optional<FormHeader> header = ReadFormHeader(sys, id);
+    if (!header)
+        return CliFail(QStringLiteral("form export: no form %1").arg(id));
+    clsDocument doc;
+    QString error;
+    if (!LoadFormDefinition(sys, doc, id, QString(), nullptr, &error))
+        return CliFail(QStringLiteral("form export: ") + error);
+    if (!ExportForm(doc, header->formParam.split(QLatin1Char('~')), header->name, id, args.at(1)))
+        return CliFail(QStringLiteral("form export: cannot write ") + args.at(1));
+    CliSummary(QStringLiteral("form export: form %1 \"%2\" with %3 fields written to %4")
+                   .arg(id)
+                   .arg(header->name)
+                   .arg(doc.Count())
+                   .arg(args.at(1)));
+    return CliOk;
+}
+
+int formImport(const CliArgs &args)
+{
+    if (!CliOpenSession(args))
+        return CliFailed;
+    DbConnection sys(ConnStrSys());
+    QString error;
+    const int id = ImportForm(sys, args.at(0), &error);
+    if (id < 0)
+        return CliFail(QStringLiteral("form import: ") + error);
+    if (id == 0)
+        return CliFail(QStringLiteral("form import: %1 holds no form (DOKUMENT is empty); nothing imported").arg(args.at(0)));
+    clsDocument doc;
+    LoadFormDefinition(sys, doc, id, QString(), nullptr, nullptr);
+    CliSummary(QStringLiteral("form import: new form %1 with %2 fields from %3").arg(id).arg(doc.Count()).arg(args.at(0)));
+    return CliOk;
+}
+
+const CliRegistration pdfRegistration({
+    QStringLiteral("protocol pdf"),
+    QStringLiteral("KEY [--out FILE]"),
+    QStringLiteral("prints the saved protocol of that key as PDF, into PROTOKOLY_SAVE named by its number, "
+                   "or into FILE"),
+    {QStringLiteral("--out")},
+    {},
+    1,
+    1,
+    protocolPdf,
+});
+
+const CliRegistration exportRegistration({
+    QStringLiteral("form export"),
+    QStringLiteral("ID FILE"),
+    QStringLiteral("writes protocol form ID to a form file (patient columns are not written)"),
+    {},
+    {},
+    2,
+    2,
+    formExport,
+});
+
+const CliRegistration importRegistration({
+    QStringLiteral("form import"),
+    QStringLiteral("FILE"),
+    QStringLiteral("adds the form of a form file as a new protocol form"),
+    {},
+    {},
+    1,
+    1,
+    formImport,
+});
+} // namespace
