@@ -7,6 +7,7 @@
 #include "pdf/pdfformat.h"
 #include "protocols/formmodel.h"
 
+#include <QCoreApplication>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
@@ -174,7 +175,7 @@ QString ProtocolPdfPath(const QString &cisloProt)
 {
     QString folder = GetSetting(QStringLiteral("NASTAVENI"), QStringLiteral("PROTOKOLY_SAVE"));
     if (folder.isEmpty())
-        folder = Session().DirExe;
+        folder = Session().DirExe.isEmpty() ? QCoreApplication::applicationDirPath() : Session().DirExe;
     QString name = cisloProt;
     name.replace(QLatin1Char('\\'), QLatin1Char('-')).replace(QLatin1Char('/'), QLatin1Char('-'));
     return QDir(folder).filePath(name + QStringLiteral(".pdf"));
