@@ -162,11 +162,12 @@ TEST(MainWindow, ToolbarClicksRouteOrDoNothing)
     freshStart();
     LoginAs(2);
     ScriptedMessages messages;
+    // Registered before the window is built: the "Protokoly" menu then gets its own item.
+    CommandProbe protocols("mnuArchivProt");
+    CommandProbe studio("mnu131");
     frmMDIMain window;
     CommandProbe graph("mnuGraf");
     CommandProbe importMd("mnuImportMDDal");
-    CommandProbe protocols("mnuArchivProt");
-    CommandProbe studio("mnu131");
     const int windowsBefore = QApplication::topLevelWidgets().size();
 
     for (const char *key : {"POST", "UPGRADE", "PROTOKOL", "ARCHIV"}) {
