@@ -17,13 +17,13 @@ int protocolPdf(const CliArgs &args)
     if (!centre.isOpen() || !sys.isOpen())
         return CliFail(QStringLiteral("protocol pdf: ") + (centre.isOpen() ? sys : centre).errorText());
     ReadInstitution(sys);   // the letterhead
-    CliProgress(QStringLiteral("protocol pdf: protocol %1").arg(args.at(0)));
+    CliProgress(QStringLiteral("protocol pdf: protokol %1").arg(args.at(0)));
     QString file, error;
     const bool ok = ProtokolPdf(centre, sys, args.at(0), true, args.value(QStringLiteral("--out")), &file, &error);
     CliProgressDone();
     if (!ok)
         return CliFail(QStringLiteral("protocol pdf: ") + error);
-    CliSummary(QStringLiteral("protocol pdf: protocol %1 written to %2").arg(args.at(0), file));
+    CliSummary(QStringLiteral("protocol pdf: protokol %1 zapsán do %2").arg(args.at(0), file));
     return CliOk;
 }
 
@@ -35,17 +35,17 @@ int formExport(const CliArgs &args)
     bool numeric = false;
     const int id = args.at(0).toInt(&numeric);
     if (!numeric)
-        return CliFail(QStringLiteral("form export: the form id must be a number: ") + args.at(0));
+        return CliFail(QStringLiteral("form export: číslo formuláře \"%1\" není číslo.").arg(args.at(0)));
     const std::optional<FormHeader> header = ReadFormHeader(sys, id);
     if (!header)
-        return CliFail(QStringLiteral("form export: no form %1").arg(id));
+        return CliFail(QStringLiteral("form export: formulář %1 neexistuje.").arg(id));
     clsDocument doc;
     QString error;
     if (!LoadFormDefinition(sys, doc, id, QString(), nullptr, &error))
         return CliFail(QStringLiteral("form export: ") + error);
     if (!ExportForm(doc, header->formParam.split(QLatin1Char('~')), header->name, id, args.at(1)))
-        return CliFail(QStringLiteral("form export: cannot write ") + args.at(1));
-    CliSummary(QStringLiteral("form export: form %1 \"%2\" with %3 fields written to %4")
+        return CliFail(QStringLiteral("form export: soubor %1 nelze zapsat.").arg(args.at(1)));
+    CliSummary(QStringLiteral("form export: formulář %1 \"%2\", %3 polí, zapsán do %4")
                    .arg(id)
                    .arg(header->name)
                    .arg(doc.Count())
@@ -63,18 +63,18 @@ int formImport(const CliArgs &args)
     if (id < 0)
         return CliFail(QStringLiteral("form import: ") + error);
     if (id == 0)
-        return CliFail(QStringLiteral("form import: %1 holds no form (DOKUMENT is empty); nothing imported").arg(args.at(0)));
+        return CliFail(QStringLiteral("form import: soubor %1 neobsahuje formulář (DOKUMENT je prázdný), nic nebylo importováno.").arg(args.at(0)));
     clsDocument doc;
     LoadFormDefinition(sys, doc, id, QString(), nullptr, nullptr);
-    CliSummary(QStringLiteral("form import: new form %1 with %2 fields from %3").arg(id).arg(doc.Count()).arg(args.at(0)));
+    CliSummary(QStringLiteral("form import: nový formulář %1, %2 polí, ze souboru %3").arg(id).arg(doc.Count()).arg(args.at(0)));
     return CliOk;
 }
 
 const CliRegistration pdfRegistration({
     QStringLiteral("protocol pdf"),
     QStringLiteral("KEY [--out FILE]"),
-    QStringLiteral("prints the saved protocol of that key as PDF, into PROTOKOLY_SAVE named by its number, "
-                   "or into FILE"),
+    QStringLiteral("vytiskne uložený protokol s tímto klíčem do PDF, do složky PROTOKOLY_SAVE pod jeho číslem, "
+                   "nebo do FILE"),
     {QStringLiteral("--out")},
     {},
     1,
@@ -85,7 +85,7 @@ const CliRegistration pdfRegistration({
 const CliRegistration exportRegistration({
     QStringLiteral("form export"),
     QStringLiteral("ID FILE"),
-    QStringLiteral("writes protocol form ID to a form file (patient columns are not written)"),
+    QStringLiteral("zapíše formulář protokolu ID do souboru formuláře (sloupce pacienta se nezapisují)"),
     {},
     {},
     2,
@@ -96,7 +96,7 @@ const CliRegistration exportRegistration({
 const CliRegistration importRegistration({
     QStringLiteral("form import"),
     QStringLiteral("FILE"),
-    QStringLiteral("adds the form of a form file as a new protocol form"),
+    QStringLiteral("přidá formulář ze souboru formuláře jako nový formulář protokolu"),
     {},
     {},
     1,
