@@ -689,3 +689,140 @@ INSERT INTO archiv (`key`, id, id_pac, cislo_prot, date_create, `lock`, data_fie
   (14, 1, 11, '14/2026', '15.05.2026 13:38', 1, 'BIOPTICKÉ VYŠETŘENÍ~Číslo protokolu:~14/2026~Vytvořeno:~15.05.2026 13:38~Příjmení a jméno:~Pokorný~Karel~Rodné číslo:~820614/5240~Materiál:~játra~Makroskopický popis:~Ojedinělé atypické buňky, doporučeno opakovat odběr.~Závěr:~Kožní excize 12 x 8 mm s lézí hnědé barvy uprostřed, okraje označeny tuší. Kožní excize 12 x 8 mm s lézí hnědé barvy uprostřed, okraje označeny tuší. Kožní excize 12 x 8 mm s lézí hnědé barvy uprostřed, okraje označeny tuší. ~', '1~2~3~4~5~6~7~8~9~10~11~12~13~14~15~16~', '900~4100~400~6000\r\n1600~1100~240~2000\r\n1600~3300~285~2000\r\n1600~6400~240~1200\r\n1600~7700~285~2400\r\n2100~1100~240~2000\r\n2100~3300~285~2800\r\n2100~6400~285~2400\r\n2550~1100~240~2000\r\n2550~3300~285~2000\r\n3000~1100~240~2000\r\n3000~3300~300~3315\r\n3600~1100~240~4000\r\n3900~1100~2200~8000\r\n6400~1100~240~2000\r\n6700~1100~1500~8000\r\n', '1~1~2~1~2~1~2~2~1~2~1~4~1~3~1~3~', '14~10~10~10~10~10~10~10~10~10~10~10~10~8,25~10~10~', '1~0~1~0~0~0~1~1~0~0~0~0~1~0~1~0~', '0~0~0~0~0~0~0~0~0~0~0~0~0~0~0~0~', '0~0~0~0~0~0~0~0~0~0~0~0~0~0~0~0~', 'Dne: 12.11.2026, 14:02 Eva Horáková\r\n- Závěr potvrzen druhým čtením.\r\nDne: 10.11.2026, 8:30 Eva Horáková\r\n- Opraveno číslo biopsie.\r\n'),
   (15, 1, 12, '15/2026', '16.06.2026 14:45', 0, 'BIOPTICKÉ VYŠETŘENÍ~Číslo protokolu:~15/2026~Vytvořeno:~16.06.2026 14:45~Příjmení a jméno:~Pospíšilová~Věra~Rodné číslo:~815212/9843~Materiál:~kůže~Makroskopický popis:~Dva šedobílé fragmenty tkáně 4 x 3 mm, zpracovány celé.~Závěr:~Bez známek malignity.~', '1~2~3~4~5~6~7~8~9~10~11~12~13~14~15~16~', '900~4100~400~6000\r\n1600~1100~240~2000\r\n1600~3300~285~2000\r\n1600~6400~240~1200\r\n1600~7700~285~2400\r\n2100~1100~240~2000\r\n2100~3300~285~2800\r\n2100~6400~285~2400\r\n2550~1100~240~2000\r\n2550~3300~285~2000\r\n3000~1100~240~2000\r\n3000~3300~300~3315\r\n3600~1100~240~4000\r\n3900~1100~2200~8000\r\n6400~1100~240~2000\r\n6700~1100~1500~8000\r\n', '1~1~2~1~2~1~2~2~1~2~1~4~1~3~1~3~', '14~10~10~10~10~10~10~10~10~10~10~10~10~8,25~10~10~', '1~0~1~0~0~0~1~1~0~0~0~0~1~0~1~0~', '0~0~0~0~0~0~0~0~0~0~0~0~0~0~0~0~', '0~0~0~0~0~0~0~0~0~0~0~0~0~0~0~0~', NULL),
   (16, 2, 12, '16/2026', '17.07.2026 15:52', 1, 'CYTOLOGICKÉ VYŠETŘENÍ~Číslo protokolu:~16/2026~Vytvořeno:~17.07.2026 15:52~Pacient:~Pospíšilová~815212/9843~Číslo biopsie:~B-2026-012~Odběr:~punkce~Nález:~Kožní excize 12 x 8 mm s lézí hnědé barvy uprostřed, okraje označeny tuší. Kožní excize 12 x 8 mm s lézí hnědé barvy uprostřed, okraje označeny tuší. Kožní excize 12 x 8 mm s lézí hnědé barvy uprostřed, okraje označeny tuší. ~', '1~2~3~4~5~6~7~8~9~10~11~12~13~14~', '900~4400~400~6000\r\n1600~1100~240~2000\r\n1600~3300~285~2000\r\n1600~6400~240~1200\r\n1600~7700~285~2400\r\n2100~1100~240~2000\r\n2100~3300~285~2800\r\n2100~6400~285~2400\r\n2550~1100~240~2000\r\n2550~3300~285~2000\r\n3000~1100~240~2000\r\n3000~3300~300~3315\r\n3600~1100~240~3000\r\n3900~1100~2500~8000\r\n', '1~1~2~1~2~1~2~2~1~2~1~4~1~3~', '14~10~10~10~10~10~10~10~10~10~10~10~10~10~', '1~0~1~0~0~0~1~0~0~0~0~0~1~0~', '0~0~0~0~0~0~0~0~0~0~0~0~0~0~', '0~0~0~0~0~0~0~0~0~0~0~0~0~0~', NULL);
+
+-- Stock and firms --------------------------------------------------------------------
+-- Twenty suppliers.
+INSERT INTO adrfirm (Firma, Pobocka, Adres_1, Adres_2, PSC, Mesto, Fax, Email, HTTP, Tel, Tel2, ICO, DIC, Bank, Ucet, DPH, Poznam, Jednat) VALUES
+  ('Labora Praha s.r.o.', 'Katalog laboratorních potřeb', 'Na Pankráci 1620/58', '', '14000', 'Praha 4', '241 440 101', 'objednavky@labora-praha.cz', 'WWW.labora-praha.cz', '241 440 100', '', '25611234', 'CZ25611234', 'Komerční banka', '19-4452110237/0100', '21 %', 'Dodání do 3 dnů', 'Ing. Pavel Šindelář'),
+  ('BioChem Brno a.s.', 'Divize chemikálií', 'Hněvkovského 65', 'Areál Komárov', '61700', 'Brno', '543 210 911', 'prodej@biochem-brno.cz', 'WWW.biochem-brno.cz', '543 210 900', '543 210 901', '46342711', 'CZ46342711', 'ČSOB', '270441199/0300', '21 %', 'Rámcová smlouva 2026', 'Mgr. Lucie Horká'),
+  ('Medipharm CZ s.r.o.', '', 'Plzeňská 3217/16', '', '15000', 'Praha 5', '257 310 222', 'info@medipharm.cz', 'WWW.medipharm.cz', '257 310 220', '', '27140563', 'CZ27140563', 'Česká spořitelna', '1928374655/0800', '12 %', '', 'Jan Kadlec'),
+  ('Sklárny Kavalier Labware s.r.o.', 'Laboratorní sklo', 'Sázava 27', '', '28506', 'Sázava', '327 552 100', 'obchod@kavalier-labware.cz', 'WWW.kavalier-labware.cz', '327 552 111', '', '28419875', 'CZ28419875', 'Komerční banka', '43-6611290257/0100', '21 %', 'Sklo dle ČSN ISO', 'Ing. Radek Veselý'),
+  ('Plastika Zlín spol. s r.o.', 'Spotřební plasty', 'Tř. Tomáše Bati 5335', 'Budova 62', '76001', 'Zlín', '577 433 009', 'zakaznici@plastika-zlin.cz', 'WWW.plastika-zlin.cz', '577 433 000', '577 433 001', '60725460', 'CZ60725460', 'Raiffeisenbank', '5011223344/5500', '21 %', '', 'Petra Machalová'),
+  ('Kancelář Plus s.r.o.', 'Kancelářské potřeby', 'Ostravská 1289/4', '', '70200', 'Ostrava', '596 115 400', 'objednavky@kancelarplus.cz', 'WWW.kancelarplus.cz', '596 115 411', '', '26843211', 'CZ26843211', 'UniCredit Bank', '2106655443/2700', '21 %', 'Doprava zdarma nad 2 000 Kč', 'Eva Dostálová'),
+  ('Sigma Lab Supplies s.r.o.', '', 'Radiová 1285/7', '', '10200', 'Praha 10', '272 705 112', 'lab@sigmalab.cz', 'WWW.sigmalab.cz', '272 705 110', '', '49687654', 'CZ49687654', 'Komerční banka', '107-5544332211/0100', '21 %', '', 'Ing. Martin Holub'),
+  ('Dentamed Olomouc s.r.o.', 'Zdravotnický materiál', 'Hodolanská 413/32', '', '77900', 'Olomouc', '585 222 619', 'dentamed@dentamed.cz', 'WWW.dentamed.cz', '585 222 610', '', '25837567', 'CZ25837567', 'ČSOB', '190776655/0300', '12 %', '', 'Hana Kubíčková'),
+  ('Chemos Liberec a.s.', '', 'Tanvaldská 345', '', '46311', 'Liberec 30', '485 100 220', 'chemos@chemos-lbc.cz', 'WWW.chemos-lbc.cz', '485 100 200', '485 100 201', '46712934', 'CZ46712934', 'Česká spořitelna', '2233445566/0800', '21 %', 'Nebezpečné látky s bezpečnostním listem', 'RNDr. Josef Kratochvíl'),
+  ('Eppendorf Czech & Slovakia s.r.o.', 'Pipety a centrifugy', 'Zámek Kamenice 1', '', '25168', 'Kamenice', '323 672 099', 'info@eppendorf-cs.cz', 'WWW.eppendorf-cs.cz', '323 672 000', '', '27198791', 'CZ27198791', 'UniCredit Bank', '2111222333/2700', '21 %', '', 'Ing. Tereza Malá'),
+  ('Hartmann-Rico a.s.', 'Obvazový materiál', 'Masarykovo nám. 77', '', '66471', 'Veverská Bítýška', '549 456 300', 'info@hartmann.cz', 'WWW.hartmann.cz', '549 456 111', '', '44947429', 'CZ44947429', 'Komerční banka', '7755331/0100', '12 %', '', 'Ing. Zdeněk Pokorný'),
+  ('Lach-Ner s.r.o.', 'Chemikálie p.a.', 'Tovární 157', '', '27711', 'Neratovice', '315 682 219', 'lachner@lach-ner.cz', 'WWW.lach-ner.cz', '315 682 111', '', '26694191', 'CZ26694191', 'ČSOB', '171112233/0300', '21 %', 'Minimální odběr 1 000 Kč', 'Ing. Alena Fialová'),
+  ('P-Lab a.s.', '', 'Bělehradská 858/23', '', '12000', 'Praha 2', '224 255 301', 'p-lab@p-lab.cz', 'WWW.p-lab.cz', '224 255 300', '', '25680145', 'CZ25680145', 'Fio banka', '2300112233/2010', '21 %', '', 'Mgr. Ondřej Beneš'),
+  ('Kavalier Medical s.r.o.', 'Jednorázové pomůcky', 'Husova 1109', '', '50002', 'Hradec Králové', '495 522 410', 'obchod@kavmed.cz', 'WWW.kavmed.cz', '495 522 400', '', '28795111', 'CZ28795111', 'Česká spořitelna', '4455667788/0800', '12 %', '', 'Barbora Šimková'),
+  ('Verkon s.r.o.', 'Rukavice a ochranné pomůcky', 'Průmyslová 1474', '', '67801', 'Blansko', '516 411 520', 'verkon@verkon.cz', 'WWW.verkon.cz', '516 411 500', '', '25309943', 'CZ25309943', 'Raiffeisenbank', '5099887766/5500', '21 %', '', 'Pavel Zedník'),
+  ('Dr. Kulich Pharma s.r.o.', '', 'Pražská 147/17', '', '50004', 'Hradec Králové', '495 067 111', 'info@kulich.cz', 'WWW.kulich.cz', '495 067 100', '', '64826732', 'CZ64826732', 'ČSOB', '179988776/0300', '12 %', 'Léčivé přípravky', 'PharmDr. Jiří Kulich'),
+  ('ELISA Diagnostika s.r.o.', 'Imunochemie', 'Vídeňská 1083', '', '14220', 'Praha 4', '241 062 181', 'elisa@elisa-diag.cz', 'WWW.elisa-diag.cz', '241 062 180', '', '27385124', 'CZ27385124', 'Komerční banka', '115-6677889900/0100', '21 %', 'Chladový řetězec', 'RNDr. Klára Novotná'),
+  ('Papírnictví Lhotka v.o.s.', '', 'Náměstí Míru 12', '', '25401', 'Lhotka', '', 'papir@papirlhotka.cz', 'WWW.papirlhotka.cz', '317 722 300', '', '48953521', 'CZ48953521', 'Česká spořitelna', '1006543210/0800', '21 %', 'Osobní odběr', 'Věra Svobodová'),
+  ('Biotech Trade CZ s.r.o.', 'Molekulární biologie', 'Vídeňská 204/125', '', '61900', 'Brno', '530 331 002', 'trade@biotechtrade.cz', 'WWW.biotechtrade.cz', '530 331 000', '', '29194938', 'CZ29194938', 'Moneta Money Bank', '198877665/0600', '21 %', '', 'Ing. Lukáš Marek'),
+  ('Skladová technika Vysočina s.r.o.', 'Regály a skříně', 'Brněnská 3163/38', '', '58601', 'Jihlava', '567 300 811', 'info@skladtech.cz', 'WWW.skladtech.cz', '567 300 800', '', '26262525', 'CZ26262525', 'ČSOB', '211122334/0300', '21 %', 'Montáž v ceně', 'Milan Dvořák');
+
+-- Three warehouses, made as the warehouse screen makes them: the typ row first, then the
+-- four statements in their order.
+INSERT INTO typ (Typ, File) VALUES ('Chemikálie', 'Skl1022026081512');
+CREATE TABLE Skl1022026081512  AS SELECT * FROM PLASTY;
+TRUNCATE TABLE  Skl1022026081512;
+ALTER TABLE Skl1022026081512 DROP `nom`;
+ALTER TABLE Skl1022026081512 ADD `nom` INT( 11 ) UNSIGNED NOT NULL AUTO_INCREMENT AFTER `TypBal2` , ADD PRIMARY KEY ( `nom` ) ;
+INSERT INTO typ (Typ, File) VALUES ('Laboratorní plasty', 'Skl1022026081544');
+CREATE TABLE Skl1022026081544  AS SELECT * FROM PLASTY;
+TRUNCATE TABLE  Skl1022026081544;
+ALTER TABLE Skl1022026081544 DROP `nom`;
+ALTER TABLE Skl1022026081544 ADD `nom` INT( 11 ) UNSIGNED NOT NULL AUTO_INCREMENT AFTER `TypBal2` , ADD PRIMARY KEY ( `nom` ) ;
+INSERT INTO typ (Typ, File) VALUES ('Kancelář', 'Skl1622026094003');
+CREATE TABLE Skl1622026094003  AS SELECT * FROM PLASTY;
+TRUNCATE TABLE  Skl1622026094003;
+ALTER TABLE Skl1622026094003 DROP `nom`;
+ALTER TABLE Skl1622026094003 ADD `nom` INT( 11 ) UNSIGNED NOT NULL AUTO_INCREMENT AFTER `TypBal2` , ADD PRIMARY KEY ( `nom` ) ;
+
+INSERT INTO Skl1022026081512 (Nazev, Katal, Prijem, Mira, CENA, Mena, DPH, Firma, Poznam, Kus_vy, Mnoz_obj, Kus_obj, `GRANT`, DAT_OBJ, DAT_VYD, EXPIR, DAT_PRI, VYDEJ, KUS_PR, TypBal1, TypBal2, ZKATALOG) VALUES
+  ('Ethanol 96% p.a.', 'L-1008', '6', 'lahev', '312,00', 'Kč', '21 %', 'Lach-Ner s.r.o.', 'Hořlavina, sklad H', 0, 0, 0, '2301', '2026-01-12', NULL, '2028-01-31', '2026-01-12', 0, 6, '6', '1', 'CH-101'),
+  ('Methanol HPLC', 'M-2210', '4', 'lahev', '486,50', 'Kč', '21 %', 'Lach-Ner s.r.o.', ' ', 0, 0, 0, '1202', '2026-01-12', '2026-04-17', '2027-06-30', '2026-01-12', 0, 1, '4', '1', 'CH-102'),
+  ('Kyselina chlorovodíková 35%', 'K-0350', '3', 'lahev', '198,00', 'Kč', '21 %', 'Chemos Liberec a.s.', 'Žíravina', 0, 0, 0, '2301', '2026-02-03', NULL, '2028-12-31', '2026-02-03', 0, 3, '3', '1', 'CH-103'),
+  ('Hydroxid sodný, peletky', 'H-4410', '2', 'bal', '245,00', 'Kč', '21 %', 'Chemos Liberec a.s.', '1 kg', 0, 0, 0, '1201', '2026-02-03', '2026-04-25', '2029-02-28', '2026-02-03', 0, 0, '2', '1', 'CH-104'),
+  ('Chlorid sodný p.a.', 'C-1001', '5', 'bal', '89,00', 'Kč', '21 %', 'Lach-Ner s.r.o.', ' ', 0, 0, 0, '1203', '2026-02-17', '2026-05-15', '2030-01-01', '2026-02-17', 0, 2, '5', '1', 'CH-105'),
+  ('Tris base', 'T-6066', '1', 'bal', '1 240,00', 'Kč', '21 %', 'BioChem Brno a.s.', '500 g', 0, 0, 0, '1202', '2026-03-02', '2026-05-13', '2026-05-31', '2026-03-02', 0, 0, '1', '2', 'CH-106'),
+  ('Agaróza pro elektroforézu', 'A-9539', '1', 'bal', '3 180,00', 'Kč', '21 %', 'Biotech Trade CZ s.r.o.', ' ', 0, 0, 0, '1201', '2026-03-02', '2026-04-21', '2028-03-31', '2026-03-02', 0, 0, '1', '1', 'CH-107'),
+  ('Fosfátový pufr PBS, tablety', 'P-4417', '2', 'bal', '1 560,00', 'Kč', '21 %', 'BioChem Brno a.s.', '100 tablet', 0, 0, 0, '1202', '2026-03-20', NULL, '2027-09-30', '2026-03-20', 0, 2, '2', '1', 'CH-108'),
+  ('Dimethylsulfoxid', 'D-8418', '1', 'lahev', '2 050,00', 'Kč', '21 %', 'Sigma Lab Supplies s.r.o.', ' ', 0, 0, 0, '1203', '2026-04-08', '2026-05-08', '2026-04-30', '2026-04-08', 0, 0, '1', '1', 'CH-109'),
+  ('Formaldehyd 37%', 'F-1635', '2', 'lahev', '412,00', 'Kč', '21 %', 'Chemos Liberec a.s.', 'Toxický, digestoř', 0, 0, 0, '2301', '2026-04-08', '2026-05-12', '2027-04-30', '2026-04-08', 0, 1, '2', '1', 'CH-110'),
+  ('Isopropanol p.a.', 'I-9516', '6', 'lahev', '268,00', 'Kč', '21 %', 'Lach-Ner s.r.o.', ' ', 0, 0, 0, '1202', '2026-05-11', '2026-08-12', '2029-05-31', '2026-05-11', 0, 3, '6', '1', 'CH-111'),
+  ('Glukóza monohydrát', 'G-8270', '2', 'bal', '330,00', 'Kč', '21 %', 'P-Lab a.s.', ' ', 0, 0, 0, '1201', '2026-05-11', '2026-06-15', '2028-11-30', '2026-05-11', 0, 1, '2', '1', 'CH-112'),
+  ('Heparin sodná sůl', 'H-3393', '1', 'bal', '4 890,00', 'Kč', '21 %', 'Dr. Kulich Pharma s.r.o.', 'Chladnička 2-8 °C', 0, 0, 0, '2301', '2026-06-22', NULL, '2026-10-31', '2026-06-22', 0, 5, '1', '5', 'CH-113'),
+  ('ELISA kit IL-6', 'E-6021', '2', 'sada', '12 400,00', 'Kč', '21 %', 'ELISA Diagnostika s.r.o.', 'Chladový řetězec', 0, 0, 0, '1201', '2026-07-06', '2026-09-04', '2026-12-31', '2026-07-06', 0, 0, '2', '1', 'CH-114'),
+  ('Trypsin-EDTA 0,25%', 'T-4049', '4', 'lahev', '1 120,00', 'Kč', '21 %', 'Biotech Trade CZ s.r.o.', 'Mrazák -20 °C', 0, 0, 0, '1203', '2026-09-14', '2026-10-14', '2027-03-31', '2026-09-14', 0, 3, '4', '1', 'CH-115'),
+  ('Ethanol 70% denaturovaný', 'L-1070', '10', 'l', '96,00', 'Kč', '21 %', 'Lach-Ner s.r.o.', 'Dezinfekce', 0, 0, 0, '2301', '2025-10-01', '2025-11-05', '2027-10-01', '2025-10-01', 0, 9, '10', '1', 'CH-090');
+
+INSERT INTO Skl1022026081544 (Nazev, Katal, Prijem, Mira, CENA, Mena, DPH, Firma, Poznam, Kus_vy, Mnoz_obj, Kus_obj, `GRANT`, DAT_OBJ, DAT_VYD, EXPIR, DAT_PRI, VYDEJ, KUS_PR, TypBal1, TypBal2, ZKATALOG) VALUES
+  ('Mikrozkumavky 1,5 ml', 'MZ-015', '10', 'bal', '420,00', 'Kč', '21 %', 'Plastika Zlín spol. s r.o.', ' ', 0, 0, 0, '2301', '2026-01-20', '2026-02-13', NULL, '2026-01-20', 0, 4750, '10', '500', 'PL-201'),
+  ('Mikrozkumavky 2,0 ml', 'MZ-020', '6', 'bal', '455,00', 'Kč', '21 %', 'Plastika Zlín spol. s r.o.', ' ', 0, 0, 0, '2301', '2026-01-20', '2026-04-05', NULL, '2026-01-20', 0, 2250, '6', '500', 'PL-202'),
+  ('Špičky k pipetám 200 µl, žluté', 'SP-200', '8', 'bal', '380,00', 'Kč', '21 %', 'Eppendorf Czech & Slovakia s.r.o.', ' ', 0, 0, 0, '2301', '2026-02-09', '2026-04-26', NULL, '2026-02-09', 0, 7000, '8', '1000', 'PL-203'),
+  ('Špičky k pipetám 1000 µl, modré', 'SP-1000', '8', 'bal', '410,00', 'Kč', '21 %', 'Eppendorf Czech & Slovakia s.r.o.', ' ', 0, 0, 0, '1201', '2026-02-09', '2026-04-19', NULL, '2026-02-09', 0, 7300, '8', '1000', 'PL-204'),
+  ('Centrifugační zkumavky 15 ml', 'CZ-15', '4', 'bal', '690,00', 'Kč', '21 %', 'Labora Praha s.r.o.', ' ', 0, 0, 0, '1202', '2026-03-16', '2026-05-16', NULL, '2026-03-16', 0, 180, '4', '50', 'PL-205'),
+  ('Centrifugační zkumavky 50 ml', 'CZ-50', '4', 'bal', '720,00', 'Kč', '21 %', 'Labora Praha s.r.o.', ' ', 0, 0, 0, '2301', '2026-03-16', '2026-06-17', NULL, '2026-03-16', 0, 75, '4', '25', 'PL-206'),
+  ('Petriho misky 90 mm', 'PM-90', '6', 'bal', '560,00', 'Kč', '21 %', 'Kavalier Medical s.r.o.', 'Sterilní', 0, 0, 0, '1202', '2026-04-13', NULL, '2028-04-30', '2026-04-13', 0, 120, '6', '20', 'PL-207'),
+  ('Sérologické pipety 10 ml', 'SE-10', '3', 'bal', '890,00', 'Kč', '21 %', 'Labora Praha s.r.o.', 'Sterilní, jednotlivě balené', 0, 0, 0, '2301', '2026-05-04', '2026-08-13', '2028-05-31', '2026-05-04', 0, 230, '3', '100', 'PL-208'),
+  ('Kultivační lahve T75', 'KL-75', '2', 'bal', '2 340,00', 'Kč', '21 %', 'Biotech Trade CZ s.r.o.', ' ', 0, 0, 0, '1201', '2026-06-01', '2026-09-02', '2029-06-30', '2026-06-01', 0, 6, '2', '5', 'PL-209'),
+  ('Kryozkumavky 2 ml', 'KR-2', '3', 'bal', '1 150,00', 'Kč', '21 %', 'Sigma Lab Supplies s.r.o.', ' ', 0, 0, 0, '1203', '2026-06-29', NULL, NULL, '2026-06-29', 0, 150, '3', '50', 'PL-210'),
+  ('Nitrilové rukavice vel. M', 'RU-M', '20', 'krab', '189,00', 'Kč', '21 %', 'Verkon s.r.o.', ' ', 0, 0, 0, '1202', '2026-07-20', NULL, '2026-02-28', '2026-07-20', 0, 2000, '20', '100', 'PL-211'),
+  ('Nitrilové rukavice vel. L', 'RU-L', '12', 'krab', '189,00', 'Kč', '21 %', 'Verkon s.r.o.', ' ', 0, 0, 0, '2301', '2026-07-20', NULL, NULL, '2026-07-20', 0, 1200, '12', '100', 'PL-212'),
+  ('Parafilm M', 'PF-100', '2', 'ks', '1 390,00', 'Kč', '21 %', 'Labora Praha s.r.o.', 'Role 38 m', 0, 0, 0, '2301', '2026-08-24', '2026-10-15', NULL, '2026-08-24', 0, 0, '2', '1', 'PL-213'),
+  ('Mikrotitrační destičky 96 jamek', 'MD-96', '2', 'bal', '1 980,00', 'Kč', '21 %', 'Sigma Lab Supplies s.r.o.', ' ', 0, 0, 0, '1202', '2026-10-05', '2026-11-20', NULL, '2026-10-05', 0, 8, '2', '10', 'PL-214');
+
+INSERT INTO Skl1622026094003 (Nazev, Katal, Prijem, Mira, CENA, Mena, DPH, Firma, Poznam, Kus_vy, Mnoz_obj, Kus_obj, `GRANT`, DAT_OBJ, DAT_VYD, EXPIR, DAT_PRI, VYDEJ, KUS_PR, TypBal1, TypBal2, ZKATALOG) VALUES
+  ('Papír kancelářský A4, 80 g', 'KA-A4', '20', 'bal', '112,00', 'Kč', '21 %', 'Kancelář Plus s.r.o.', '500 listů', 0, 0, 0, '1201', '2026-01-07', '2026-02-12', NULL, '2026-01-07', 0, 19, '20', '1', 'KN-301'),
+  ('Toner do tiskárny HP 59A', 'TO-59A', '3', 'ks', '2 890,00', 'Kč', '21 %', 'Kancelář Plus s.r.o.', ' ', 0, 0, 0, '2301', '2026-02-24', '2026-03-22', NULL, '2026-02-24', 0, 2, '3', '1', 'KN-302'),
+  ('Kuličkové pero modré', 'PE-01', '5', 'bal', '96,00', 'Kč', '21 %', 'Papírnictví Lhotka v.o.s.', ' ', 0, 0, 0, '1201', '2026-03-09', NULL, NULL, '2026-03-09', 0, 50, '5', '10', 'KN-303'),
+  ('Šanony A4, 75 mm', 'SA-75', '30', 'ks', '54,00', 'Kč', '21 %', 'Papírnictví Lhotka v.o.s.', ' ', 0, 0, 0, '1201', '2026-03-09', '2026-05-24', NULL, '2026-03-09', 0, 28, '30', '1', 'KN-304'),
+  ('Lepicí štítky na zkumavky', 'ST-25', '6', 'bal', '245,00', 'Kč', '21 %', 'Kancelář Plus s.r.o.', 'Odolné mrazu', 0, 0, 0, '1201', '2026-05-18', NULL, NULL, '2026-05-18', 0, 6, '6', '1', 'KN-305'),
+  ('Laboratorní deník A4', 'LD-A4', '12', 'ks', '78,00', 'Kč', '21 %', 'Papírnictví Lhotka v.o.s.', ' ', 0, 0, 0, '1203', '2026-09-01', '2026-11-17', NULL, '2026-09-01', 0, 10, '12', '1', 'KN-306');
+
+-- Issues of the year in the journal.
+INSERT INTO CHEM_VYD (NAM_CHIM, KATAL, KOMU, MIRA, DAT_VYD, KUS_VY, sklad) VALUES
+  ('Methanol HPLC', 'M-2210', 'Mgr. Kateřina Vávrová', 'lahev', '2026-02-20', '1 x 1', 'Chemikálie'),
+  ('Methanol HPLC', 'M-2210', 'Laboratoř imunologie', 'lahev', '2026-03-08', '1 x 1', 'Chemikálie'),
+  ('Methanol HPLC', 'M-2210', 'Bc. Ivana Říhová', 'lahev', '2026-04-17', '1 x 1', 'Chemikálie'),
+  ('Hydroxid sodný, peletky', 'H-4410', 'MUDr. Jan Bartoš', 'bal', '2026-03-04', '1 x 1', 'Chemikálie'),
+  ('Hydroxid sodný, peletky', 'H-4410', 'Bc. Ivana Říhová', 'bal', '2026-04-25', '1 x 1', 'Chemikálie'),
+  ('Chlorid sodný p.a.', 'C-1001', 'Laboratoř PCR', 'bal', '2026-03-06', '1 x 1', 'Chemikálie'),
+  ('Chlorid sodný p.a.', 'C-1001', 'Laboratoř imunologie', 'bal', '2026-04-13', '1 x 1', 'Chemikálie'),
+  ('Chlorid sodný p.a.', 'C-1001', 'Bc. Ivana Říhová', 'bal', '2026-05-15', '1 x 1', 'Chemikálie'),
+  ('Tris base', 'T-6066', 'Bc. Ivana Říhová', 'bal', '2026-04-23', '1 x 1', 'Chemikálie'),
+  ('Tris base', 'T-6066', 'MUDr. Jan Bartoš', 'bal', '2026-05-13', '1 x 1', 'Chemikálie'),
+  ('Agaróza pro elektroforézu', 'A-9539', 'Laboratoř imunologie', 'bal', '2026-04-21', '1 x 1', 'Chemikálie'),
+  ('Dimethylsulfoxid', 'D-8418', 'Bc. Ivana Říhová', 'lahev', '2026-05-08', '1 x 1', 'Chemikálie'),
+  ('Formaldehyd 37%', 'F-1635', 'sekretariát', 'lahev', '2026-05-12', '1 x 1', 'Chemikálie'),
+  ('Isopropanol p.a.', 'I-9516', 'Mgr. Kateřina Vávrová', 'lahev', '2026-06-17', '1 x 1', 'Chemikálie'),
+  ('Isopropanol p.a.', 'I-9516', 'Laboratoř PCR', 'lahev', '2026-07-22', '1 x 1', 'Chemikálie'),
+  ('Isopropanol p.a.', 'I-9516', 'Laboratoř PCR', 'lahev', '2026-08-12', '1 x 1', 'Chemikálie'),
+  ('Glukóza monohydrát', 'G-8270', 'MUDr. Jan Bartoš', 'bal', '2026-06-15', '1 x 1', 'Chemikálie'),
+  ('ELISA kit IL-6', 'E-6021', 'sekretariát', 'sada', '2026-08-21', '1 x 1', 'Chemikálie'),
+  ('ELISA kit IL-6', 'E-6021', 'Laboratoř PCR', 'sada', '2026-09-04', '1 x 1', 'Chemikálie'),
+  ('Trypsin-EDTA 0,25%', 'T-4049', 'Laboratoř PCR', 'lahev', '2026-10-14', '1 x 1', 'Chemikálie'),
+  ('Ethanol 70% denaturovaný', 'L-1070', 'Mgr. Kateřina Vávrová', 'l', '2025-11-05', '1 x 1', 'Chemikálie'),
+  ('Mikrozkumavky 1,5 ml', 'MZ-015', 'Laboratoř imunologie', 'bal', '2026-02-13', '1 x 250', 'Laboratorní plasty'),
+  ('Mikrozkumavky 2,0 ml', 'MZ-020', 'Bc. Ivana Říhová', 'bal', '2026-02-23', '1 x 250', 'Laboratorní plasty'),
+  ('Mikrozkumavky 2,0 ml', 'MZ-020', 'Laboratoř PCR', 'bal', '2026-03-21', '1 x 250', 'Laboratorní plasty'),
+  ('Mikrozkumavky 2,0 ml', 'MZ-020', 'Bc. Ivana Říhová', 'bal', '2026-04-05', '1 x 250', 'Laboratorní plasty'),
+  ('Špičky k pipetám 200 µl, žluté', 'SP-200', 'sekretariát', 'bal', '2026-03-23', '1 x 500', 'Laboratorní plasty'),
+  ('Špičky k pipetám 200 µl, žluté', 'SP-200', 'MUDr. Jan Bartoš', 'bal', '2026-04-26', '1 x 500', 'Laboratorní plasty'),
+  ('Špičky k pipetám 1000 µl, modré', 'SP-1000', 'MUDr. Jan Bartoš', 'bal', '2026-03-15', '1 x 200', 'Laboratorní plasty'),
+  ('Špičky k pipetám 1000 µl, modré', 'SP-1000', 'sekretariát', 'bal', '2026-04-19', '1 x 500', 'Laboratorní plasty'),
+  ('Centrifugační zkumavky 15 ml', 'CZ-15', 'Mgr. Kateřina Vávrová', 'bal', '2026-04-09', '1 x 10', 'Laboratorní plasty'),
+  ('Centrifugační zkumavky 15 ml', 'CZ-15', 'Laboratoř imunologie', 'bal', '2026-05-16', '1 x 10', 'Laboratorní plasty'),
+  ('Centrifugační zkumavky 50 ml', 'CZ-50', 'MUDr. Jan Bartoš', 'bal', '2026-04-23', '1 x 5', 'Laboratorní plasty'),
+  ('Centrifugační zkumavky 50 ml', 'CZ-50', 'Bc. Ivana Říhová', 'bal', '2026-05-18', '1 x 10', 'Laboratorní plasty'),
+  ('Centrifugační zkumavky 50 ml', 'CZ-50', 'Laboratoř PCR', 'bal', '2026-06-17', '1 x 10', 'Laboratorní plasty'),
+  ('Sérologické pipety 10 ml', 'SE-10', 'Laboratoř imunologie', 'bal', '2026-06-16', '1 x 10', 'Laboratorní plasty'),
+  ('Sérologické pipety 10 ml', 'SE-10', 'Laboratoř PCR', 'bal', '2026-07-15', '1 x 50', 'Laboratorní plasty'),
+  ('Sérologické pipety 10 ml', 'SE-10', 'Laboratoř PCR', 'bal', '2026-08-13', '1 x 10', 'Laboratorní plasty'),
+  ('Kultivační lahve T75', 'KL-75', 'Laboratoř PCR', 'bal', '2026-07-07', '1 x 1', 'Laboratorní plasty'),
+  ('Kultivační lahve T75', 'KL-75', 'Laboratoř imunologie', 'bal', '2026-08-05', '1 x 1', 'Laboratorní plasty'),
+  ('Kultivační lahve T75', 'KL-75', 'Laboratoř imunologie', 'bal', '2026-09-02', '1 x 2', 'Laboratorní plasty'),
+  ('Parafilm M', 'PF-100', 'Laboratoř imunologie', 'ks', '2026-09-06', '1 x 1', 'Laboratorní plasty'),
+  ('Parafilm M', 'PF-100', 'Laboratoř PCR', 'ks', '2026-10-15', '1 x 1', 'Laboratorní plasty'),
+  ('Mikrotitrační destičky 96 jamek', 'MD-96', 'sekretariát', 'bal', '2026-11-10', '1 x 10', 'Laboratorní plasty'),
+  ('Mikrotitrační destičky 96 jamek', 'MD-96', 'Bc. Ivana Říhová', 'bal', '2026-11-20', '1 x 2', 'Laboratorní plasty'),
+  ('Papír kancelářský A4, 80 g', 'KA-A4', 'Laboratoř PCR', 'bal', '2026-02-12', '1 x 1', 'Kancelář'),
+  ('Toner do tiskárny HP 59A', 'TO-59A', 'Laboratoř PCR', 'ks', '2026-03-22', '1 x 1', 'Kancelář'),
+  ('Šanony A4, 75 mm', 'SA-75', 'MUDr. Jan Bartoš', 'ks', '2026-04-15', '1 x 1', 'Kancelář'),
+  ('Šanony A4, 75 mm', 'SA-75', 'Bc. Ivana Říhová', 'ks', '2026-05-24', '1 x 1', 'Kancelář'),
+  ('Laboratorní deník A4', 'LD-A4', 'sekretariát', 'ks', '2026-10-07', '1 x 1', 'Kancelář'),
+  ('Laboratorní deník A4', 'LD-A4', 'MUDr. Jan Bartoš', 'ks', '2026-11-17', '1 x 1', 'Kancelář');

@@ -90,3 +90,12 @@ INSERT INTO formulars (document, `key`, id, type_field, razeni, param_field, pac
 INSERT INTO lists (id, text) VALUES
   (1, 'kůže'), (1, 'sliznice'), (1, 'lymfatická uzlina'), (1, 'játra'),
   (2, 'výtěr'), (2, 'punkce'), (2, 'moč');
+
+-- Stock and firms: units, VAT rates, mail contacts (passwords scrambled as the program keeps them).
+INSERT INTO sys_MIRA (Nazev) VALUES
+  ('ks'), ('bal'), ('g'), ('kg'), ('mg'), ('ml'), ('l'), ('m'), ('pár'), ('sada'), ('krab'), ('lahev');
+INSERT INTO sys_DPH (Nazev) VALUES ('0 %'), ('12 %'), ('21 %');
+INSERT INTO sys_kontakty (Email, Heslo, Param1, Param2, `User`) VALUES
+  ('objednavky@ukv-lhotka.cz', '132~118~125~119~117~126~112~132~120~133', 'smtp.ukv-lhotka.cz', 'pop3.ukv-lhotka.cz', 'cerny'),
+  ('laborator@ukv-lhotka.cz', '97~117~117~68~65~66~69~47', 'smtp.ukv-lhotka.cz', 'pop3.ukv-lhotka.cz', 'cerny'),
+  ('sklad@ukv-lhotka.cz', '97~117~117~68~65~66~69~47', 'smtp.ukv-lhotka.cz', '', 'dvorakova');

@@ -80,3 +80,77 @@ CREATE TABLE archiv (
 
 CREATE VIEW pacients_prot AS SELECT * FROM pacients;
 CREATE VIEW archiv_prot AS SELECT * FROM archiv;
+
+-- Stock and firms --------------------------------------------------------------------
+-- The list of warehouses: the name a user gave, and the table the program made for it.
+CREATE TABLE typ (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  Typ VARCHAR(300) NULL,
+  File VARCHAR(64) NULL,
+  KEY (File)
+) ENGINE=InnoDB;
+
+-- The layout every warehouse copies (CREATE TABLE ... AS SELECT * FROM PLASTY), with
+-- the key after TypBal2. Quantities are doubles: halves and tenths of a package occur.
+CREATE TABLE PLASTY (
+  Nazev VARCHAR(255) NULL,
+  Katal VARCHAR(100) NULL,
+  Prijem VARCHAR(40) NULL,
+  Mira VARCHAR(40) NULL,
+  CENA VARCHAR(40) NULL DEFAULT '0,00',
+  Mena VARCHAR(10) NULL,
+  DPH VARCHAR(20) NULL,
+  Firma VARCHAR(150) NULL,
+  Poznam VARCHAR(255) NULL,
+  Kus_vy DOUBLE NULL,
+  Mnoz_obj DOUBLE NULL,
+  Kus_obj DOUBLE NULL,
+  `GRANT` VARCHAR(40) NULL,
+  DAT_OBJ DATE NULL,
+  DAT_VYD DATE NULL,
+  EXPIR DATE NULL,
+  DAT_PRI DATE NULL,
+  VYDEJ DOUBLE NULL,
+  KUS_PR DOUBLE NULL,
+  TypBal1 VARCHAR(40) NULL,
+  TypBal2 VARCHAR(40) NULL,
+  nom INT(11) UNSIGNED NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  ZKATALOG VARCHAR(100) NULL
+) ENGINE=InnoDB;
+
+-- The journal of issues from every warehouse of the centre.
+CREATE TABLE CHEM_VYD (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  NAM_CHIM VARCHAR(255) NULL,
+  KATAL VARCHAR(100) NULL,
+  KOMU VARCHAR(150) NULL,
+  MIRA VARCHAR(40) NULL,
+  DAT_VYD DATE NULL,
+  KUS_VY VARCHAR(60) NULL,
+  sklad VARCHAR(300) NULL,
+  KEY (sklad(60), NAM_CHIM(60), KATAL(30)),
+  KEY (NAM_CHIM(60), KATAL(30))
+) ENGINE=InnoDB;
+
+-- The firm card file: one row per firm branch.
+CREATE TABLE adrfirm (
+  nom INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  Firma VARCHAR(150) NULL,
+  Pobocka VARCHAR(150) NULL,
+  Adres_1 VARCHAR(150) NULL,
+  Adres_2 VARCHAR(150) NULL,
+  PSC VARCHAR(10) NULL,
+  Mesto VARCHAR(80) NULL,
+  Fax VARCHAR(40) NULL,
+  Email VARCHAR(100) NULL,
+  HTTP VARCHAR(150) NULL,
+  Tel VARCHAR(40) NULL,
+  Tel2 VARCHAR(40) NULL,
+  ICO VARCHAR(20) NULL,
+  DIC VARCHAR(20) NULL,
+  Bank VARCHAR(100) NULL,
+  Ucet VARCHAR(40) NULL,
+  DPH VARCHAR(20) NULL,
+  Poznam VARCHAR(255) NULL,
+  Jednat VARCHAR(100) NULL
+) ENGINE=InnoDB;

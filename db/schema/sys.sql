@@ -141,3 +141,24 @@ CREATE TABLE lists (
 ) ENGINE=InnoDB;
 
 INSERT INTO typefields (type, name) VALUES (1, 'LABEL'), (2, 'TEXT'), (3, 'TEXTBOX'), (4, 'COMBO');
+
+-- Stock and firms: units, VAT rates, mail contacts (passwords kept scrambled).
+CREATE TABLE sys_MIRA (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  Nazev VARCHAR(40) NULL
+) ENGINE=InnoDB;
+
+CREATE TABLE sys_DPH (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  Nazev VARCHAR(20) NULL
+) ENGINE=InnoDB;
+
+CREATE TABLE sys_kontakty (
+  id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
+  Email VARCHAR(150) NULL,
+  Heslo VARCHAR(600) NULL,
+  Param1 VARCHAR(150) NULL,
+  Param2 VARCHAR(150) NULL,
+  User VARCHAR(50) NULL,
+  KEY (User)
+) ENGINE=InnoDB;

@@ -14,6 +14,8 @@
 #include "orders/frmArchObj.h"
 #include "protocols/frmDocDesignForm.h"
 #include "protocols/frmDocPacient.h"
+#include "registers/frmFirmy.h"
+#include "stock/frmTyp.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -59,4 +61,8 @@ void RegisterScreens()
     // Protocols: the patient register and the Studio.
     RegisterCommand(QStringLiteral("mnuArchivProt"), ShowDocPacient);
     RegisterCommand(QStringLiteral("mnu131"), ShowStudio);
+
+    // Stock and firms.
+    RegisterCommand(QStringLiteral("mnuPrijVydItem"), ShowSklady);
+    RegisterCommand(QStringLiteral("mnuFirmyItem"), ShowFirmy);
 }

@@ -1,0 +1,34 @@
+#pragma once
+// "Find": the hits of a search in all warehouses. The caller sets mLineInput (the text),
+// calls Load() and exec(); after "Výběr" (or a double click) mActualSklad, mNazActualSklad
+// and mLineOutput ("name~catalogue~warehouse") describe the chosen row; "Zavřit" leaves
+// them empty.
+
+#include <QDialog>
+#include <QString>
+#include <QVector>
+
+#include "registers/findall.h"
+
+class QPushButton;
+class QTableWidget;
+
+class frmFindAll : public QDialog {
+    Q_OBJECT
+public:
+    explicit frmFindAll(QWidget *parent = nullptr);
+
+    QString mNazActualSklad;
+    QString mActualSklad;
+    QString mLineInput;
+    QString mLineOutput;
+    QString OpenFile;
+
+    bool Load();
+    void cmdOk_Click();
+
+private:
+    QTableWidget *MSFlexGrid1;
+    QPushButton *cmdOk, *CmdExit;
+    QVector<FindAllHit> m_hits;
+};
