@@ -16,6 +16,7 @@
 #include "protocols/frmDocPacient.h"
 #include "registers/frmFirmy.h"
 #include "stock/frmTyp.h"
+#include "stock/frmVydeji.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -65,4 +66,5 @@ void RegisterScreens()
     // Stock and firms.
     RegisterCommand(QStringLiteral("mnuPrijVydItem"), ShowSklady);
     RegisterCommand(QStringLiteral("mnuFirmyItem"), ShowFirmy);
+    RegisterCommand(QStringLiteral("mnuVydeji"), ShowVydeji);
 }

@@ -4,9 +4,12 @@
 #include "core/frmKalendar.h"
 #include "core/msg.h"
 #include "core/session.h"
+#include "core/text.h"
 #include "registers/frmFindAll.h"
 #include "stock/frmTyp.h"
+#include "stock/frmVydeji.h"
 #include "stock/sklad.h"
+#include "stock/summaries.h"
 
 #include <QComboBox>
 #include <QEvent>
@@ -240,6 +243,10 @@ frmCHEMIK::frmCHEMIK(QWidget *parent) : QDialog(parent)
     connect(cmdKalendar, &QPushButton::clicked, this, &frmCHEMIK::cmdKalendar_Click);
     connect(cmdKalendar2, &QPushButton::clicked, this, &frmCHEMIK::cmdKalendar2_Click);
     connect(cmdSklady, &QPushButton::clicked, this, &frmCHEMIK::cmdSklady_Click);
+    connect(cmdArchVyd, &QPushButton::clicked, this, &frmCHEMIK::cmdArchVyd_Click);
+    connect(cmdOrder, &QPushButton::clicked, this, &frmCHEMIK::cmdOrder_Click);
+    connect(cmdArchObjedn, &QPushButton::clicked, this, &frmCHEMIK::cmdArchObjedn_Click);
+    connect(cmdPolozkaObjedn, &QPushButton::clicked, this, &frmCHEMIK::cmdPolozkaObjedn_Click);
     connect(cmdClose, &QPushButton::clicked, this, &QDialog::reject);
     connect(DataGrid1->horizontalHeader(), &QHeaderView::sectionClicked, this, &frmCHEMIK::sortOn);
     connect(DataGrid1, &QTableView::doubleClicked, this, [this] {
@@ -662,6 +669,63 @@ void frmCHEMIK::cmdSklady_Click()
         m_nameFilter.clear();
         bindSklad(typ.mOpenFile);
     }
+}
+
+void frmCHEMIK::cmdArchVyd_Click()
+{
+    frmVydeji vydeji(this);
+    vydeji.OpenFile = OpenFile;
+    if (vydeji.Load())
+        vydeji.exec();
+}
+
+QString frmCHEMIK::writeObjedn(const ObjednFilter &filter)
+{
+    if (m_file.isEmpty())
+        return QString();
+    const QString path = ObjednSummaryPath(Session().TempDir, skladName());
+    QString error;
+    if (WriteObjednSummary(*m_centre, skladName(), filter, path, &error) < 0) {
+        fail(error);
+        return QString();
+    }
+    ViewHTML(path);
+    return path;
+}
+
+QString frmCHEMIK::cmdOrder_Click()
+{
+    ObjednFilter filter;
+    filter.skladFile = m_file;
+    filter.year = year();
+    filter.firma = Text4->text().trimmed();
+    filter.from = QDate::fromString(Text8->text().trimmed(), QStringLiteral("d.M.yyyy"));
+    return writeObjedn(filter);
+}
+
+QString frmCHEMIK::cmdArchObjedn_Click()
+{
+    if (!Confirmed(MsgBox(QStringLiteral("Opravdu si přejete vytvořit tiskovou sestavu všeho, co bylo objednáno na skladě")
+                              + QStringLiteral("?"),
+                          MsgQuestionOkCancel, QStringLiteral("Informace"))))
+        return QString();
+    ObjednFilter filter;
+    filter.skladFile = m_file;
+    return writeObjedn(filter);
+}
+
+QString frmCHEMIK::cmdPolozkaObjedn_Click()
+{
+    const QString name = value("Nazev");
+    if (!currentNom()
+        || !Confirmed(MsgBox(QStringLiteral("Opravdu si přejete vytvořit tiskovou sestavu pro položku: ") + name
+                                 + QStringLiteral("- ") + QStringLiteral("?"),
+                             MsgQuestionOkCancel, QStringLiteral("Informace"))))
+        return QString();
+    ObjednFilter filter;
+    filter.skladFile = m_file;
+    filter.item = name;
+    return writeObjedn(filter);
 }
 
 bool frmCHEMIK::eventFilter(QObject *watched, QEvent *event)

@@ -22,6 +22,7 @@ class QLineEdit;
 class QPushButton;
 class QTableView;
 class StockGridModel;
+struct ObjednFilter;
 
 class frmCHEMIK : public QDialog {
     Q_OBJECT
@@ -55,6 +56,11 @@ public:
     void cmdKalendar_Click();
     void cmdKalendar2_Click();
     void cmdSklady_Click();
+    void cmdArchVyd_Click();
+    // The summaries of ordered goods; each returns the file written (empty when none).
+    QString cmdOrder_Click();
+    QString cmdArchObjedn_Click();
+    QString cmdPolozkaObjedn_Click();
 
     // The grid's current item (0: none) and the table shown.
     quint32 currentNom() const;
@@ -75,6 +81,7 @@ private:
     QString value(const char *column) const;
     QString skladName() const;
     void fail(const QString &error);
+    QString writeObjedn(const ObjednFilter &filter);
 
     QLabel *Label1;
     QComboBox *Combo5;

@@ -1,0 +1,40 @@
+#pragma once
+// "Výdej": the journal of issues of one warehouse (OpenFile "Typ~File"; empty for all),
+// by name and catalogue number, with the printed summary.
+
+#include <QDialog>
+#include <QString>
+
+#include <memory>
+
+class DbConnection;
+class QLabel;
+class QPushButton;
+class QSqlQueryModel;
+class QTableView;
+
+class frmVydeji : public QDialog {
+    Q_OBJECT
+public:
+    explicit frmVydeji(QWidget *parent = nullptr);
+    ~frmVydeji() override;
+
+    QString OpenFile;
+
+    bool Load();
+    // "Tisk výdeju": the summary into the scratch folder, then the viewer. Returns the file.
+    QString cmdArchVyd_Click();
+
+private:
+    void showPosition();
+
+    QLabel *Label3;
+    QLabel *lblZaznam;
+    QTableView *DataGrid1;
+    QPushButton *cmdArchVyd, *cmdClose;
+    std::unique_ptr<DbConnection> m_centre;
+    std::unique_ptr<QSqlQueryModel> m_model;
+};
+
+// From the main window: the journal of every warehouse.
+void ShowVydeji(QWidget *parent);
