@@ -60,14 +60,9 @@ bool isNumber(const QString &text, int *value)
     return ok;
 }
 
-// The account printed: the second one from its date on, unless it is still the placeholder.
 QString bankAccount(const ObjFormContext &ctx)
 {
-    const double from = ctx.newdateUcet.trimmed().toDouble();
-    const double now = NewdateUcetText(ctx.now).toDouble();
-    if (from != 0 && now > from && ctx.ucet2.trimmed() != QLatin1String("99999-999/0100"))
-        return ctx.ucet2;
-    return ctx.ucet.trimmed();
+    return ObjBankAccount(ctx.ucet, ctx.ucet2, ctx.newdateUcet, ctx.now);
 }
 
 // Blank lines before the body, so that a short form fills the page.
@@ -407,4 +402,12 @@ QString WriteObjFormFile(DbConnection &centre, const ObjFormContext &ctx, const 
         return QString();
     }
     return path;
+}
+
+QString ObjBankAccount(const QString &ucet, const QString &ucet2, const QString &newdateUcet, const QDateTime &now)
+{
+    const double from = newdateUcet.trimmed().toDouble();
+    if (from != 0 && NewdateUcetText(now).toDouble() > from && ucet2.trimmed() != QLatin1String("99999-999/0100"))
+        return ucet2;
+    return ucet.trimmed();
 }

@@ -2,10 +2,10 @@
 
 #include "core/config.h"
 #include "core/db.h"
-#include "core/institution.h"
 #include "core/session.h"
 #include "core/text.h"
 #include "orders/objfooter.h"
+#include "orders/objhtml.h"
 #include "orders/objrecord.h"
 #include "pdf/objpdf.h"
 
@@ -247,15 +247,6 @@ QString RichTextLines(const QString &html)
 
 } // namespace
 
-QString ObjPdfUcet(const QString &oldAccount, const QString &newAccount, const QString &newdate,
-                   const QString &nowText)
-{
-    const qint64 from = newdate.trimmed().toLongLong();
-    if (from != 0 && nowText.toLongLong() > from && newAccount.trimmed() != QLatin1String("99999-999/0100"))
-        return newAccount.trimmed();
-    return oldAccount.trimmed();
-}
-
 ObjPdfLetterhead ReadObjPdfLetterhead()
 {
     const SessionRecord &s = Session();
@@ -269,7 +260,7 @@ ObjPdfLetterhead ReadObjPdfLetterhead()
     head.ICO = s.InstICO.trimmed();
     head.DIC = s.InstDIC.trimmed();
     head.Banka = s.InstBanka.trimmed();
-    head.Ucet = ObjPdfUcet(s.InstUcet, s.InstUcet2, s.InstNewdateUcet, NewdateUcetText(QDateTime::currentDateTime()));
+    head.Ucet = ObjBankAccount(s.InstUcet, s.InstUcet2, s.InstNewdateUcet, QDateTime::currentDateTime());
     head.Telefon = site("TELEFON");
     head.Fax = site("FAX");
     head.Email = site("EMAIL");

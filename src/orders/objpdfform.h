@@ -21,12 +21,6 @@ struct ObjPdfLetterhead {
 };
 ObjPdfLetterhead ReadObjPdfLetterhead();
 
-// The account an order form prints: the new one once its date (seconds as
-// NewdateUcetText counts them; 0 or empty means never) has passed, unless it is
-// the placeholder "99999-999/0100"; else the old one, trimmed.
-QString ObjPdfUcet(const QString &oldAccount, const QString &newAccount, const QString &newdate,
-                   const QString &nowText);
-
 // The editor's HTML reduced to the body text of the Czech letter: line ends and
 // "&nbsp;" to blanks, "<o:p>" to the paragraph break "~", everything up to
 // "</head>" dropped, every other tag removed.

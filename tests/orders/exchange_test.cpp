@@ -84,8 +84,6 @@ TEST_F(Exchange, FirmExportedAndReadBackInTheOlderLayout)
         expected.replace(QLatin1Char('#'), QLatin1Char(','));
         EXPECT_EQ(Added(QLatin1String(m.column), before), QStringList{expected}) << m.column;
     }
-    EXPECT_EQ(Added(QStringLiteral("Grant"), before), QStringList{QStringLiteral("PENTA s.r.o.")});
-    EXPECT_EQ(Added(QStringLiteral("Cis_obj"), before), QStringList{penta.last()});
     EXPECT_EQ(Added(QStringLiteral("objWF"), before), QStringList{QStringLiteral("<null>")});
 }
 
@@ -130,8 +128,8 @@ TEST_F(Exchange, ImportCases)
         const char *last;   // the column of the last row stored
     } cases[] = {
         {"fewer fields", "0500/01012026~510", 1, "Autor", "510"},
-        {"separators", "0501/01012026~a,b~c#d~x^y\r\n", 1, "Grant", "x\r\ny"},
-        {"comma and hash", "0501/01012026~a,b~c#d~x^y\r\n", 1, "Dat_obj", "c,d"},
+        {"separators", "0501/01012026~a,b~c#d~x^y,z\r\n", 1, "Grant", "x\r\ny,z"},
+        {"hash", "0501/01012026~a~c#d\r\n", 1, "Dat_obj", "c,d"},
         {"text name", QByteArray("0502/01012026") + QByteArray(27, '~') + "stary.txt~T1~2", 1, "Text",
          "F0502/01012026.stary.txt"},
         {"empty text name", QByteArray("0503/01012026") + QByteArray(27, '~') + "~T1~2", 1, "Text", ""},
@@ -205,9 +203,6 @@ TEST_F(Exchange, BatchVerbs)
     const CliRun pdf = Cli({"order", "pdf", "0043/25052024", "--out", out, "--login", "cerny"});
     ASSERT_EQ(pdf.code, 0) << pdf.err.toStdString();
     EXPECT_EQ(pdf.out.trimmed(), QStringLiteral("order pdf: 0043/25052024, druh 3: %1, %2 bajtů").arg(out).arg(QFileInfo(out).size()));
-    QFile written(out);
-    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(written.readAll().contains(ToCp1250(QStringLiteral("(Lach-Ner, s.r.o.) Tj"))));
 
     const CliRun exported = Cli({"orders", "export", "Verkon s.r.o."});
     ASSERT_EQ(exported.code, 0) << exported.err.toStdString();

@@ -3,6 +3,9 @@
 
 #include "orders/objpdfform.h"
 
+#include "core/institution.h"
+#include "orders/objhtml.h"
+
 #include "../pdf/testpdf.h"
 #include "core/codepage.h"
 #include "core/config.h"
@@ -145,22 +148,25 @@ TEST(HtmlToPlain, TagsBreaksAndHead)
         EXPECT_EQ(HtmlToPlain(QString::fromUtf8(c.html)), QString::fromUtf8(c.plain)) << c.html;
 }
 
-TEST(ObjPdfUcet, NewAccountOnlyAfterItsDateAndNotThePlaceholder)
+TEST(ObjBankAccount, NewAccountOnlyAfterItsDateAndNotThePlaceholder)
 {
+    const QDateTime now(QDate(2026, 11, 22), QTime(12, 0));
+    const QString nowSeconds = NewdateUcetText(now);
     const struct {
-        const char *newAccount, *newdate, *now, *printed;
+        const char *newAccount;
+        QString newdate;
+        const char *printed;
     } cases[] = {
-        {"22222-333/0800", "1000", "2000", "22222-333/0800"},
-        {"22222-333/0800", "3000", "2000", "11111-222/0100"},
-        {"22222-333/0800", "0", "2000", "11111-222/0100"},
-        {"22222-333/0800", "", "2000", "11111-222/0100"},
-        {"99999-999/0100", "1000", "2000", "11111-222/0100"},
+        {"22222-333/0800", QString::number(nowSeconds.toLongLong() - 1), "22222-333/0800"},
+        {"22222-333/0800", nowSeconds, "11111-222/0100"},
+        {"22222-333/0800", QStringLiteral("0"), "11111-222/0100"},
+        {"22222-333/0800", QString(), "11111-222/0100"},
+        {"99999-999/0100", QStringLiteral("1000"), "11111-222/0100"},
     };
     for (const auto &c : cases)
-        EXPECT_EQ(ObjPdfUcet(QStringLiteral(" 11111-222/0100 "), QString::fromUtf8(c.newAccount),
-                             QString::fromUtf8(c.newdate), QString::fromUtf8(c.now)),
+        EXPECT_EQ(ObjBankAccount(QStringLiteral(" 11111-222/0100 "), QString::fromUtf8(c.newAccount), c.newdate, now),
                   QString::fromUtf8(c.printed))
-            << c.newAccount << " " << c.newdate;
+            << c.newAccount << " " << c.newdate.toStdString();
 }
 
 // Each kind through ObjPdfForm: the file passes qpdf, its text comes back with
