@@ -11,6 +11,8 @@
 #include "grants/frmStavyUctu.h"
 #include "grants/frmStredisko.h"
 #include "import/DefinFieldsExport.h"
+#include "import/frmImportPohyb.h"
+#include "import/frmProgressBuildTree.h"
 #include "orders/frmArchObj.h"
 #include "protocols/frmDocDesignForm.h"
 #include "protocols/frmDocPacient.h"
@@ -67,4 +69,10 @@ void RegisterScreens()
     RegisterCommand(QStringLiteral("mnuPrijVydItem"), ShowSklady);
     RegisterCommand(QStringLiteral("mnuFirmyItem"), ShowFirmy);
     RegisterCommand(QStringLiteral("mnuVydeji"), ShowVydeji);
+
+    // The accounting import.
+    RegisterCommand(QStringLiteral("mnuImportMDDal"), [](QWidget *main) { ShowImportPohyb(main, QStringLiteral("MD")); });
+    RegisterCommand(QStringLiteral("mnuImportDal"), [](QWidget *main) { ShowImportPohyb(main, QStringLiteral("Dal")); });
+    RegisterCommand(QStringLiteral("mnuBuildTree"), [](QWidget *main) { ShowBuildTree(main, 1, 1, false); });
+    RegisterCommand(QStringLiteral("mnuAktuaImport"), [](QWidget *main) { ShowBuildTree(main, 2, 2, false); });
 }

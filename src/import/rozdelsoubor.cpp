@@ -2,33 +2,21 @@
 
 #include "core/msg.h"
 #include "core/session.h"
+#include "import/linereader.h"
 
 #include <QDir>
 #include <QFile>
+#include <QDateTime>
 #include <QFileInfo>
+#include <QStringDecoder>
 
 namespace {
 constexpr int ChunkLines = 500;         // the counter at which a new chunk begins
-constexpr qint64 LineBuffer = 100000;   // longest line taken; the rest is an export error
 
 void deleteSeries()
 {
     for (int n = 1; QFile::exists(ChunkFileName(n)); ++n)
         QFile::remove(ChunkFileName(n));
-}
-
-// Reads one line without its end; a line longer than the buffer is cut and the rest skipped.
-QByteArray readLine(QFile &in)
-{
-    QByteArray line = in.readLine(LineBuffer + 1);
-    if (!line.endsWith('\n') && !in.atEnd()) {
-        char c = 0;
-        while (in.getChar(&c) && c != '\n') {
-        }
-    }
-    while (line.endsWith('\n') || line.endsWith('\r'))
-        line.chop(1);
-    return line;
 }
 
 // A half-written series would be imported as if it were the whole file: drop it and say so.
@@ -44,7 +32,8 @@ int failed(const QFile &out)
 // The file is in the single-byte code page of the export, so the cleaning works on bytes.
 QByteArray cleaned(QByteArray line)
 {
-    line.removeIf([](char c) { return c == '"' || static_cast<unsigned char>(c) == 255; });
+    // NUL bytes go too: no export has them, and they would end a text on the way.
+    line.removeIf([](char c) { return c == '"' || c == 0 || static_cast<unsigned char>(c) == 255; });
     line.replace(',', '.');
     return line;
 }
@@ -67,8 +56,9 @@ int RozdelSoubor(const QString &fileName)
     int counter = 0;
     int chunk = 0;
     QFile out;
-    while (!in.atEnd()) {
-        const QByteArray line = readLine(in);
+    LineReader reader(in);
+    QByteArray line;
+    while (reader.next(line)) {
         ++lines;
         ++counter;
         if (counter == 1 || counter == ChunkLines) {
@@ -87,4 +77,35 @@ int RozdelSoubor(const QString &fileName)
         return failed(out);
     out.close();
     return lines;
+}
+
+bool WalkChunks(int lines, int every, const std::function<bool(const QString &record)> &record,
+                const std::function<bool(double percent, const QString &chunkTime)> &tick)
+{
+    QStringDecoder decode("windows-1250");
+    const double step = lines > 0 ? 100.0 / lines : 100.0;
+    double percent = 0;
+    int sinceTick = 0;
+    for (int n = 1; QFile::exists(ChunkFileName(n)); ++n) {
+        QFile chunk(ChunkFileName(n));
+        if (!chunk.open(QIODevice::ReadOnly)) {
+            MsgBox(QStringLiteral("Nelze číst pracovní soubor ") + QDir::toNativeSeparators(chunk.fileName()) + QLatin1Char('.'),
+                   MsgCritical);
+            return false;
+        }
+        const QString time = QFileInfo(chunk).lastModified().toString(QStringLiteral("dd.MM.yyyy hh:mm:ss"));
+        LineReader reader(chunk);
+        QByteArray bytes;
+        while (reader.next(bytes) && !bytes.isEmpty()) {
+            if (!record(decode(bytes)))
+                return false;
+            percent = std::min(100.0, percent + step);
+            if (++sinceTick == every) {
+                sinceTick = 0;
+                if (!tick(percent, time))
+                    return false;
+            }
+        }
+    }
+    return true;
 }

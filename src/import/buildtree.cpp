@@ -1,0 +1,259 @@
+#include "import/buildtree.h"
+
+#include "core/db.h"
+#include "core/msg.h"
+#include "core/text.h"
+#include "grants/amount.h"
+
+#include <QHash>
+#include <QSet>
+#include <QSqlQuery>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+const char *const TextTreeDone =
+    "Aktualizace všech skupin účtů proveďte prosím v okně - Čerpání nákladů GRANTu!";
+
+namespace {
+constexpr int RowsPerStatement = 1000;
+
+// One statement for many rows: "INSERT ... VALUES (?,?),(?,?) ..." with a tail such as
+// "ON DUPLICATE KEY UPDATE ...".
+bool InsertRows(DbConnection &conn, const QString &head, int columns, const QVariantList &values,
+                const QString &tail = QString())
+{
+    const QString one = QLatin1Char('(') + QStringList(columns, QStringLiteral("?")).join(QLatin1Char(',')) + QLatin1Char(')');
+    for (qsizetype at = 0; at < values.size(); at += qsizetype(RowsPerStatement) * columns) {
+        const QVariantList part = values.mid(at, qsizetype(RowsPerStatement) * columns);
+        const QString sql = head + QStringLiteral(" VALUES ") + QStringList(int(part.size() / columns), one).join(QLatin1Char(','))
+                            + tail;
+        if (!conn.exec(sql, part))
+            return false;
+    }
+    return true;
+}
+
+// An amount as whole hellers, so that a million movements add up without loss.
+qint64 Hellers(const QString &castka) { return std::llround(AmountValue(castka) * 100); }
+
+bool Numeric(const QString &castka)
+{
+    QString copy = castka;
+    return IsNumberText(copy);
+}
+
+struct Movement {
+    QString ucet;
+    qint64 hellers;
+};
+
+class Builder {
+public:
+    Builder(DbConnection &conn, const TreeProgressFn &progress) : m_conn(conn), m_progress(progress) {}
+    TreeResult run(bool sum);
+
+private:
+    bool say(TreeProgress p)
+    {
+        if (!m_progress || m_progress(p))
+            return true;
+        m_result.cancelled = true;
+        m_result.failure = QStringLiteral("Akce byla přerušena, data zůstala beze změny.");
+        return false;
+    }
+    bool failed()
+    {
+        m_result.failure = QStringLiteral("Tvorba stromu účtů se nezdařila, data zůstala beze změny.\n") + m_conn.errorText();
+        MsgBox(m_result.failure, MsgCritical);
+        return false;
+    }
+    bool addMissing();
+    bool sumAccounts();
+    bool build();
+    bool firstCastka3();
+
+    DbConnection &m_conn;
+    const TreeProgressFn &m_progress;
+    TreeResult m_result;
+};
+
+int Count(DbConnection &conn, const char *table)
+{
+    QSqlQuery q = conn.query();
+    if (!conn.exec(q, QStringLiteral("SELECT COUNT(*) FROM ") + QLatin1String(table)) || !q.next())
+        return -1;
+    return q.value(0).toInt();
+}
+
+bool Builder::addMissing()
+{
+    if (!say({QStringLiteral("Doplnění účtů z pohybů"), 0, 0}))
+        return false;
+    QSqlQuery q = m_conn.query();
+    q.setForwardOnly(true);
+    if (!m_conn.exec(q, QStringLiteral("SELECT `GRANT`, UCET FROM memImport")))
+        return failed();
+    QSet<QString> known;
+    while (q.next())
+        known.insert(q.value(0).toString().toUpper() + QLatin1Char('~') + q.value(1).toString().toUpper());
+    QSqlQuery m = m_conn.query();
+    m.setForwardOnly(true);
+    if (!m_conn.exec(m, QStringLiteral("SELECT `Grant`, Ucet, NazevUctu, Castka FROM ImportUctyCastky ORDER BY id")))
+        return failed();
+    QVariantList rows;
+    while (m.next()) {
+        const QString grant = m.value(0).toString(), ucet = m.value(1).toString();
+        if (grant.isEmpty() || grant == QLatin1String("0") || ucet.isEmpty() || !Numeric(m.value(3).toString()))
+            continue;
+        const QString key = grant.toUpper() + QLatin1Char('~') + ucet.toUpper();
+        if (known.contains(key))
+            continue;
+        known.insert(key);
+        rows << ucet << QStringLiteral("* ") + m.value(2).toString() << grant << QStringLiteral("0,00");
+        ++m_result.added;
+    }
+    return InsertRows(m_conn, QStringLiteral("INSERT INTO memImport (UCET, NAZEV, `GRANT`, CASTKA)"), 4, rows) || failed();
+}
+
+bool Builder::sumAccounts()
+{
+    // The movements of each grant, sorted by account: an account's total is then the
+    // sum over the run of accounts that begin with it.
+    QSqlQuery m = m_conn.query();
+    m.setForwardOnly(true);
+    if (!m_conn.exec(m, QStringLiteral("SELECT `Grant`, Ucet, Castka, `MD/DAL` FROM ImportUctyCastky")))
+        return failed();
+    QHash<QString, std::vector<Movement>> byGrant;
+    while (m.next()) {
+        const QString castka = m.value(2).toString();
+        if (!Numeric(castka))
+            continue;
+        const qint64 h = Hellers(castka);
+        const bool dal = m.value(3).toString().trimmed().compare(QLatin1String("DAL"), Qt::CaseInsensitive) == 0;
+        byGrant[m.value(0).toString().toUpper()].push_back({m.value(1).toString().toUpper(), dal ? -h : h});
+    }
+    QHash<QString, std::vector<qint64>> running;   // running sums beside the sorted movements
+    for (auto it = byGrant.begin(); it != byGrant.end(); ++it) {
+        std::vector<Movement> &v = it.value();
+        std::sort(v.begin(), v.end(), [](const Movement &a, const Movement &b) { return a.ucet < b.ucet; });
+        std::vector<qint64> &r = running[it.key()];
+        r.resize(v.size() + 1);
+        for (size_t i = 0; i < v.size(); ++i)
+            r[i + 1] = r[i] + v[i].hellers;
+    }
+
+    QSqlQuery a = m_conn.query();
+    a.setForwardOnly(true);
+    if (!m_conn.exec(a, QStringLiteral("SELECT id, `GRANT`, UCET FROM memImport ORDER BY id")))
+        return failed();
+    struct Account {
+        int id;
+        QString grant, ucet;
+    };
+    std::vector<Account> accounts;
+    while (a.next())
+        accounts.push_back({a.value(0).toInt(), a.value(1).toString(), a.value(2).toString()});
+
+    QVariantList updates;
+    for (size_t i = 0; i < accounts.size(); ++i) {
+        const Account &acc = accounts[i];
+        qint64 total = 0;
+        const auto found = byGrant.constFind(acc.grant.toUpper());
+        if (found != byGrant.constEnd()) {
+            const std::vector<Movement> &v = found.value();
+            const std::vector<qint64> &r = running[acc.grant.toUpper()];
+            // Each comma-separated part of the account counts the movements it begins.
+            for (const QString &part : acc.ucet.split(QLatin1Char(','))) {
+                const QString prefix = part.toUpper();
+                auto below = [](const Movement &x, const QString &p) { return x.ucet < p; };
+                const auto lo = std::lower_bound(v.begin(), v.end(), prefix, below);
+                const auto hi = std::lower_bound(lo, v.end(), prefix + QChar(0xFFFF), below);
+                total += r[size_t(hi - v.begin())] - r[size_t(lo - v.begin())];
+            }
+        }
+        updates << acc.id << FormatAmount(double(total) / 100);
+        ++m_result.summed;
+        if (i % 500 == 0 && !say({acc.grant + QStringLiteral(" - ") + acc.ucet, int(i * 100 / accounts.size()), 100}))
+            return false;
+    }
+    return InsertRows(m_conn, QStringLiteral("INSERT INTO memImport (id, CASTKA)"), 2, updates,
+                      QStringLiteral(" ON DUPLICATE KEY UPDATE CASTKA = VALUES(CASTKA)"))
+           || failed();
+}
+
+bool Builder::build()
+{
+    for (const char *table : {"GrantTabl_main", "Grant_devize_1", "Grant_devize_2", "Grant_devize_3", "GrantySeznam"})
+        if (!m_conn.exec(QStringLiteral("DELETE FROM ") + QLatin1String(table)))
+            return failed();
+    // The level is the length of the trimmed account before its first comma; an amount
+    // that is empty or "0" is kept as "0,00".
+    const QString level = QStringLiteral("CHAR_LENGTH(TRIM(SUBSTRING_INDEX(IFNULL(UCET, ''), ',', 1)))");
+    const QString amount = QStringLiteral("CASE WHEN CASTKA IS NULL OR CASTKA = '' OR CASTKA = '0' THEN '0,00' ELSE CASTKA END");
+    const QString statements[4] = {
+        QStringLiteral("INSERT INTO GrantTabl_main (`Grant`, Ucet, Nazev, Castka, Castka_import, Castka_zustatek, Procent) "
+                       "SELECT `GRANT`, UCET, NAZEV, %1, %1, '0,00', '0,00' FROM memImport WHERE %2 = 1 ORDER BY id"),
+        QStringLiteral("INSERT INTO Grant_devize_1 (`Grant`, Ucet, Nazev, Castka) "
+                       "SELECT `GRANT`, TRIM(UCET), NAZEV, %1 FROM memImport WHERE %2 = 2 ORDER BY id"),
+        QStringLiteral("INSERT INTO Grant_devize_2 (`Grant`, Ucet, Nazev, Castka) "
+                       "SELECT `GRANT`, TRIM(UCET), NAZEV, %1 FROM memImport WHERE %2 = 3 ORDER BY id"),
+        QStringLiteral("INSERT INTO Grant_devize_3 (`Grant`, Ucet, Nazev, Castka) "
+                       "SELECT `GRANT`, TRIM(UCET), NAZEV, %1 FROM memImport WHERE %2 NOT IN (1, 2, 3) ORDER BY id"),
+    };
+    for (int i = 0; i < 4; ++i) {
+        if (!say({QStringLiteral("Tvorba stromu účtů"), 25 * i, 100}))
+            return false;
+        QSqlQuery q = m_conn.query();
+        if (!m_conn.exec(q, statements[i].arg(amount, level)))
+            return failed();
+        m_result.levels[i] = q.numRowsAffected();
+    }
+    return true;
+}
+
+bool Builder::firstCastka3()
+{
+    // Provisional until the recalculation: the grant's first class row, else the plan.
+    return m_conn.exec(QStringLiteral(
+               "UPDATE GrantyPlan g SET Castka3 = IFNULL((SELECT t.Castka_import FROM GrantTabl_main t "
+               "WHERE t.`Grant` = g._grant ORDER BY t.id LIMIT 1), g.Castka1)"))
+           || failed();
+}
+
+TreeResult Builder::run(bool sum)
+{
+    const int accounts = Count(m_conn, "memImport"), movements = Count(m_conn, "ImportUctyCastky");
+    if (accounts < 0 || movements < 0) {
+        failed();
+        return m_result;
+    }
+    m_result.nothing = accounts == 0 || movements == 0;
+    if (accounts == 0) {
+        m_result.failure = QStringLiteral("Mate prázdný seznam účtu GRANTu, importujte soubor funkce :\n      - Export seznamu všech účtu. ");
+        MsgBox(m_result.failure, MsgInformation, QStringLiteral("Informace"));
+        return m_result;
+    }
+    if (movements == 0) {
+        m_result.failure = QStringLiteral("Mate prázdný export souboru MD/DAL, importujte soubor funkce :\n      - Export souboru MD/DAL. ");
+        MsgBox(m_result.failure, MsgInformation, QStringLiteral("Informace"));
+        return m_result;
+    }
+    Transaction tx(m_conn);
+    if (!tx.active() || (sum && (!addMissing() || !sumAccounts())) || !build() || !firstCastka3())
+        return m_result;
+    if (!tx.commit()) {
+        failed();
+        return m_result;
+    }
+    say({QStringLiteral("Hotovo"), 100, 100});
+    m_result.ok = true;
+    return m_result;
+}
+} // namespace
+
+TreeResult BuildTree(DbConnection &conn, bool sum, const TreeProgressFn &progress)
+{
+    return Builder(conn, progress).run(sum);
+}
