@@ -11,8 +11,11 @@
 #include "grants/frmStavyUctu.h"
 #include "grants/frmStredisko.h"
 #include "import/DefinFieldsExport.h"
+#include "import/frmImportBegin.h"
 #include "import/frmImportPohyb.h"
+#include "import/frmImportRozpocet.h"
 #include "import/frmProgressBuildTree.h"
+#include "import/frmRevize.h"
 #include "orders/frmArchObj.h"
 #include "protocols/frmDocDesignForm.h"
 #include "protocols/frmDocPacient.h"
@@ -71,6 +74,10 @@ void RegisterScreens()
     RegisterCommand(QStringLiteral("mnuVydeji"), ShowVydeji);
 
     // The accounting import.
+    RegisterCommand(QStringLiteral("mnuImport"), ShowImportBegin);
+    RegisterCommand(QStringLiteral("mnuRevize"), ShowRevize);
+    RegisterCommand(QStringLiteral("mnuImportRozpocet"), ShowImportRozpocet);
+    SetAccountPicker(PickAccounts);
     RegisterCommand(QStringLiteral("mnuImportMDDal"), [](QWidget *main) { ShowImportPohyb(main, QStringLiteral("MD")); });
     RegisterCommand(QStringLiteral("mnuImportDal"), [](QWidget *main) { ShowImportPohyb(main, QStringLiteral("Dal")); });
     RegisterCommand(QStringLiteral("mnuBuildTree"), [](QWidget *main) { ShowBuildTree(main, 1, 1, false); });

@@ -183,14 +183,10 @@ void frmImportPohyb::cmdOpenFile_Click()
         datDatumOd->setFocus();
         return;
     }
-    const QString file = ChooseImportFile(this, QLatin1String(FilterImportFiles));
+    const QString file = ChooseExistingImportFile(this, QLatin1String(FilterImportFiles));
     if (file.isEmpty())
         return;
     const QString name = QFileInfo(file).fileName();
-    if (!QFileInfo(file).isFile()) {
-        MsgBox(QStringLiteral("Importní soubor ") + name + QStringLiteral(" neexistuje, akce provedena nebude!"), MsgWarning);
-        return;
-    }
     lblOpenFile->setText(file.toLower());
     if (IsRepeatedFile(file, RepeatMovements)
         && !Confirmed(MsgBox(QStringLiteral("Soubor  ") + name + QStringLiteral("  je už jedno importován. Přejete si pokračovat?"),
@@ -274,7 +270,7 @@ void frmImportPohyb::cmdImportAct_Click()
     m_file.clear();
     m_replacePeriod = false;
     cmdOpenFile->setEnabled(CanImportMovements(Session().UserTyp));
-    ShowErrControl(this, QLatin1String(TitleChybyImportu), r.errors);
+    ShowErrControl(this, QString::fromUtf8(TitleChybyImportu), r.errors);
     m_model->sortBy(ColDatum, false);
     showPeriod();
     if (!r.ok) {
@@ -333,14 +329,9 @@ void frmImportPohyb::cmdError_Click()
         MsgBox(QStringLiteral("Špatný formát datumu."), MsgWarning);
         return;
     }
-    const QString file = ChooseImportFile(this, QLatin1String(FilterImportFiles));
+    const QString file = ChooseExistingImportFile(this, QLatin1String(FilterImportFiles));
     if (file.isEmpty())
         return;
-    if (!QFileInfo(file).isFile()) {
-        MsgBox(QStringLiteral("Importní soubor ") + QFileInfo(file).fileName() + QStringLiteral(" neexistuje, akce provedena nebude!"),
-               MsgWarning);
-        return;
-    }
     if (!NactiPozice(file, PoziceMD_DAL))
         return;
     RememberImportFolder(file);

@@ -102,7 +102,7 @@ void frmProgressBuildTree::runRevize()
                                            [this](int percent) { return showProgress(QString(), percent, 0); });
     if (r.ok && r.lines.isEmpty())
         MsgBox(QStringLiteral("Kontrola souboru neodhalila žádný neevidovaný účet."), MsgInformation, QStringLiteral("Info"));
-    ShowErrControl(parentWidget(), QLatin1String(TitleRevize), r.lines, true, r.totalMD, r.totalDal);
+    ShowErrControl(parentWidget(), QString::fromUtf8(TitleRevize), r.lines, true, r.totalMD, r.totalDal);
 }
 
 void frmProgressBuildTree::runBuild()

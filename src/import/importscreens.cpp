@@ -2,6 +2,7 @@
 
 #include "core/config.h"
 #include "core/db.h"
+#include "core/msg.h"
 #include "grants/granttables.h"
 #include "import/importsouboru.h"
 
@@ -32,6 +33,16 @@ QString ChooseImportFile(QWidget *parent, const QString &filter)
     if (!file.isEmpty())
         SaveSetting(section, QStringLiteral("LastDir"), QDir::toNativeSeparators(QFileInfo(file).absolutePath()));
     return file;
+}
+
+QString ChooseExistingImportFile(QWidget *parent, const QString &filter)
+{
+    const QString file = ChooseImportFile(parent, filter);
+    if (file.isEmpty() || QFileInfo(file).isFile())
+        return file;
+    MsgBox(QStringLiteral("Importní soubor ") + QFileInfo(file).fileName() + QStringLiteral(" neexistuje, akce provedena nebude!"),
+           MsgWarning);
+    return QString();
 }
 
 void RememberImportFolder(const QString &fileName)

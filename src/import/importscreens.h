@@ -15,6 +15,9 @@ class QWidget;
 // The file dialog of the imports, in the last folder (LastDir of the settings store, else
 // the program's folder), which it remembers. Empty when cancelled.
 QString ChooseImportFile(QWidget *parent, const QString &filter);
+// The same, and when the chosen file does not exist "Importní soubor ... neexistuje, akce
+// provedena nebude!" is said and the answer is empty.
+QString ChooseExistingImportFile(QWidget *parent, const QString &filter);
 // Replaces the dialog (the tests choose the demo files this way); empty restores it.
 void SetImportFileChooser(std::function<QString(const QString &filter)> chooser);
 

@@ -207,26 +207,18 @@ TEST_F(Import, RepeatTestByLengthOrByTime)
     RememberFile(file, RepeatMovements);
     EXPECT_TRUE(IsRepeatedFile(file, RepeatMovements));
     EXPECT_FALSE(IsRepeatedFile(file, RepeatBudget));
-    // Another length, the same time; then another time, the same length.
-    QFile f(file);
-    f.open(QIODevice::Append);
+    // Another length, the same time; a copy of the same length at another time; neither.
     const QDateTime time = QFileInfo(file).lastModified();
-    f.write("6");
-    f.setFileTime(time, QFileDevice::FileModificationTime);
-    f.close();
-    EXPECT_TRUE(IsRepeatedFile(file, RepeatMovements));
-    const QString copy = WriteSample("kopie.txt", "54321");
-    QFile c(copy);
-    c.open(QIODevice::Append);
-    c.setFileTime(time.addSecs(-3600), QFileDevice::FileModificationTime);
-    c.close();
-    EXPECT_TRUE(IsRepeatedFile(copy, RepeatMovements));
-    const QString other = WriteSample("jiny.txt", "123");
-    QFile o(other);
-    o.open(QIODevice::Append);
-    o.setFileTime(time.addSecs(-7200), QFileDevice::FileModificationTime);
-    o.close();
-    EXPECT_FALSE(IsRepeatedFile(other, RepeatMovements));
+    auto sample = [&](const char *name, const QByteArray &content, int secondsEarlier) {
+        const QString path = WriteSample(name, content);
+        QFile f(path);
+        f.open(QIODevice::Append);
+        f.setFileTime(time.addSecs(-secondsEarlier), QFileDevice::FileModificationTime);
+        return path;
+    };
+    EXPECT_TRUE(IsRepeatedFile(sample("opak.txt", "123456", 0), RepeatMovements));
+    EXPECT_TRUE(IsRepeatedFile(sample("kopie.txt", "54321", 3600), RepeatMovements));
+    EXPECT_FALSE(IsRepeatedFile(sample("jiny.txt", "123", 7200), RepeatMovements));
 }
 
 TEST_F(Import, TreeLevelsMissingAccountsSumsAndFirstCastka3)

@@ -79,7 +79,14 @@ TEST(RozdelSoubor, LinesCleanedOverlongCutBinarySurvives)
     EXPECT_EQ(RozdelSoubor(WriteSample("long.txt", text + "\r\nnext\r\n")), 2);
     EXPECT_EQ(chunkLines(1), (QList<QByteArray>{QByteArray(100000, 'x'), "next"}));
 
-    const QByteArray binary = BinaryBytes(20000);
-    EXPECT_EQ(RozdelSoubor(WriteSample("binary.bin", binary)), binary.count('\n') + (binary.endsWith('\n') ? 0 : 1));
+    // CR LF, LF and CR alone each end one line; NUL bytes are dropped.
+    for (const auto &[content, lines] : {std::pair{QByteArray("a\rb\r\nc\nd"), 4}, {QByteArray("a\r\n\r\nb\r\n"), 3},
+                                         {QByteArray("\r"), 1}, {QByteArray("a\n\rb"), 3}}) {
+        EXPECT_EQ(RozdelSoubor(WriteSample("ends.txt", content)), lines) << content.constData();
+    }
+    EXPECT_EQ(RozdelSoubor(WriteSample("nul.txt", QByteArray("50\x00" "1\r\n", 6))), 1);
+    EXPECT_EQ(chunkLines(1).value(0), "501");
+
+    EXPECT_GT(RozdelSoubor(WriteSample("binary.bin", BinaryBytes(20000))), 0);
     EXPECT_GE(chunkCount(), 1);
 }

@@ -167,7 +167,7 @@ int Revise(const CliArgs &args)
     const RevizeResult r = KontrolaSouboru(*conn, file, args.value(QStringLiteral("--from")), args.value(QStringLiteral("--to")));
     if (!r.ok)
         return CliFail(QStringLiteral("revise: ") + r.failure);
-    CliSummary(QLatin1String(TitleRevize));
+    CliSummary(QString::fromUtf8(TitleRevize));
     for (const QString &line : r.lines)
         CliSummary(line);
     CliSummary(QStringLiteral("revise: účtů k prověření %1, Celkem, Kč MD: %2 DAL: %3")
@@ -204,7 +204,7 @@ int ImportBudget(const CliArgs &args)
 const CliRegistration accounts({
     QStringLiteral("import-accounts"),
     QStringLiteral("FILE [--filter F]"),
-    QStringLiteral("reads the list of all accounts into memImport (accounts some group counts, or F), then builds the tree"),
+    QStringLiteral("načte seznam všech účtů do memImport (účty, které počítá některá skupina, nebo filtr F), pak vytvoří strom účtů"),
     {QStringLiteral("--filter")},
     {},
     1,
@@ -214,8 +214,8 @@ const CliRegistration accounts({
 const CliRegistration movements({
     QStringLiteral("import-movements"),
     QStringLiteral("FILE --side MD|Dal --from DD.MM.YYYY --to DD.MM.YYYY [--replace-period] [--force-repeat]"),
-    QStringLiteral("reads one side of the MD/DAL export for the period into ImportUctyCastky, then builds the tree with sums; "
-                   "--replace-period first deletes the side's rows of the period, --force-repeat imports a file seen last time"),
+    QStringLiteral("načte jednu stranu exportu MD/DAL za období do ImportUctyCastky, pak vytvoří strom se součty; "
+                   "--replace-period nejprve smaže řádky strany v období, --force-repeat importuje i naposledy importovaný soubor"),
     {QStringLiteral("--side"), QStringLiteral("--from"), QStringLiteral("--to")},
     {QStringLiteral("--replace-period"), QStringLiteral("--force-repeat")},
     1,
@@ -225,7 +225,7 @@ const CliRegistration movements({
 const CliRegistration tree({
     QStringLiteral("build-tree"),
     QStringLiteral("[--sum]"),
-    QStringLiteral("builds every grant's account tree from memImport; --sum adds the movements' accounts and totals first"),
+    QStringLiteral("vytvoří strom účtů všech grantů z memImport; --sum nejprve doplní účty z pohybů a sečte je"),
     {},
     {QStringLiteral("--sum")},
     0,
@@ -235,7 +235,7 @@ const CliRegistration tree({
 const CliRegistration revise({
     QStringLiteral("revise"),
     QStringLiteral("FILE [--from DD.MM.YYYY --to DD.MM.YYYY]"),
-    QStringLiteral("lists the accounts of the MD/DAL export that the account list lacks, with the totals of both sides"),
+    QStringLiteral("vypíše účty exportu MD/DAL, které seznam účtů nemá, se součty obou stran"),
     {QStringLiteral("--from"), QStringLiteral("--to")},
     {},
     1,
@@ -245,7 +245,7 @@ const CliRegistration revise({
 const CliRegistration budget({
     QStringLiteral("import-budget"),
     QStringLiteral("FILE [--filter F]"),
-    QStringLiteral("reads the budget export into RozpocetFakt and sums each grant's CZK amounts of the filter into Poskytnute"),
+    QStringLiteral("načte export rozpočtu do RozpocetFakt a sečte částky v CZK podle filtru do Poskytnute každého grantu"),
     {QStringLiteral("--filter")},
     {},
     1,
