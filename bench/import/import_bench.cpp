@@ -72,7 +72,13 @@ int main(int argc, char **argv)
     const QString ucty = Write(dir + QStringLiteral("/ucty.txt"), [&](QFile &f) {
         f.write("Ucet\tNazev\tStredisko\r\n");
         for (int i = 0; i < accounts; ++i)
-            f.write(QStringLiteral("%1\tUcet %2\t%3\r\n").arg(QLatin1String(Accounts[i % 9])).arg(i).arg(1000 + i % grants).toLatin1());
+            // 20 accounts of each grant: the level accounts of the movements and analytic ones beside them.
+            f.write(QStringLiteral("%1%2\tUcet %3\t%4\r\n")
+                        .arg(QLatin1String(Accounts[i % 9]).left(3))
+                        .arg(i % 20 < 9 ? QLatin1String(Accounts[i % 9]).mid(3) : QString::number(900 + i % 20))
+                        .arg(i)
+                        .arg(1000 + i / 20)
+                        .toLatin1());
     });
     const QString pohyby = Write(dir + QStringLiteral("/pohyby.txt"), [&](QFile &f) {
         f.write(Head);
