@@ -6,16 +6,52 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QTableWidget>
+#include <QAbstractTableModel>
+#include <QTableView>
 #include <QVBoxLayout>
+
+// The hits as the grid shows them: a one-letter search may bring thousands of rows.
+class FindAllModel : public QAbstractTableModel {
+public:
+    QVector<FindAllHit> hits;
+
+    int rowCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : int(hits.size()); }
+    int columnCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : 4; }
+    QVariant data(const QModelIndex &index, int role) const override
+    {
+        if (role != Qt::DisplayRole || !index.isValid())
+            return QVariant();
+        const FindAllHit &hit = hits.at(index.row());
+        switch (index.column()) {
+        case 0: return index.row() + 1;
+        case 1: return hit.nazev;
+        case 2: return hit.katal;
+        default: return hit.skladName;
+        }
+    }
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override
+    {
+        static const char *const heads[] = {"  N", "            Název zboží", "          Katal.číslo", "        Sklad "};
+        if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < 4)
+            return QString::fromUtf8(heads[section]);
+        return QAbstractTableModel::headerData(section, orientation, role);
+    }
+    void reset(QVector<FindAllHit> rows)
+    {
+        beginResetModel();
+        hits = std::move(rows);
+        endResetModel();
+    }
+};
 
 frmFindAll::frmFindAll(QWidget *parent) : QDialog(parent)
 {
     setWindowTitle(QStringLiteral("Find"));
-    MSFlexGrid1 = new QTableWidget(0, 4, this);
+    MSFlexGrid1 = new QTableView(this);
     MSFlexGrid1->setObjectName(QStringLiteral("MSFlexGrid1"));
-    MSFlexGrid1->setHorizontalHeaderLabels({QStringLiteral("  N"), QStringLiteral("            Název zboží"),
-                                            QStringLiteral("          Katal.číslo"), QStringLiteral("        Sklad ")});
+    m_model = new FindAllModel;
+    m_model->setParent(this);
+    MSFlexGrid1->setModel(m_model);
     MSFlexGrid1->setEditTriggers(QAbstractItemView::NoEditTriggers);
     MSFlexGrid1->setSelectionBehavior(QAbstractItemView::SelectRows);
     MSFlexGrid1->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -35,7 +71,7 @@ frmFindAll::frmFindAll(QWidget *parent) : QDialog(parent)
     layout->addLayout(buttons);
     resize(720, 420);
     connect(cmdOk, &QPushButton::clicked, this, &frmFindAll::cmdOk_Click);
-    connect(MSFlexGrid1, &QTableWidget::cellDoubleClicked, this, &frmFindAll::cmdOk_Click);
+    connect(MSFlexGrid1, &QTableView::doubleClicked, this, &frmFindAll::cmdOk_Click);
     connect(CmdExit, &QPushButton::clicked, this, [this] {
         mActualSklad.clear();
         mNazActualSklad.clear();
@@ -49,25 +85,18 @@ bool frmFindAll::Load()
     DbConnection centre(ConnStrCentre());
     if (!OpenOrFatal(centre))
         return false;
-    m_hits = FindInAllSklady(centre, mLineInput);
-    MSFlexGrid1->setRowCount(m_hits.size());
-    for (int r = 0; r < m_hits.size(); ++r) {
-        const FindAllHit &hit = m_hits.at(r);
-        const QStringList cells{QString::number(r + 1), hit.nazev, hit.katal, hit.skladName};
-        for (int c = 0; c < cells.size(); ++c)
-            MSFlexGrid1->setItem(r, c, new QTableWidgetItem(cells.at(c)));
-    }
-    if (!m_hits.isEmpty())
-        MSFlexGrid1->setCurrentCell(0, 1);
+    m_model->reset(FindInAllSklady(centre, mLineInput));
+    if (m_model->rowCount() > 0)
+        MSFlexGrid1->setCurrentIndex(m_model->index(0, 1));
     return true;
 }
 
 void frmFindAll::cmdOk_Click()
 {
-    const int row = MSFlexGrid1->currentRow();
-    if (row < 0 || row >= m_hits.size())
+    const int row = MSFlexGrid1->currentIndex().row();
+    if (row < 0 || row >= m_model->hits.size())
         return;
-    const FindAllHit &hit = m_hits.at(row);
+    const FindAllHit &hit = m_model->hits.at(row);
     mActualSklad = hit.skladFile;
     mNazActualSklad = hit.skladName;
     mLineOutput = hit.nazev + QLatin1Char('~') + hit.katal + QLatin1Char('~') + hit.skladName;

@@ -8,10 +8,13 @@
 #include <QString>
 #include <QVector>
 
+#include <memory>
+
 #include "registers/findall.h"
 
 class QPushButton;
-class QTableWidget;
+class FindAllModel;
+class QTableView;
 
 class frmFindAll : public QDialog {
     Q_OBJECT
@@ -28,7 +31,7 @@ public:
     void cmdOk_Click();
 
 private:
-    QTableWidget *MSFlexGrid1;
+    QTableView *MSFlexGrid1;
+    FindAllModel *m_model;
     QPushButton *cmdOk, *CmdExit;
-    QVector<FindAllHit> m_hits;
 };

@@ -13,7 +13,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
-#include <QTableWidget>
 #include <QTest>
 #include <QTimer>
 
@@ -296,11 +295,13 @@ TEST(frmCHEMIK, SearchInAllWarehousesAndPickForAnOrder)
     OnNextModal([&](QWidget *w) {
         auto *find = qobject_cast<frmFindAll *>(w);
         ASSERT_NE(find, nullptr);
-        auto *table = Child<QTableWidget>(find, "MSFlexGrid1");
-        for (int r = 0; r < table->rowCount(); ++r)
-            hits << table->item(r, 1)->text() + "|" + table->item(r, 3)->text();
+        auto *table = Child<QTableView>(find, "MSFlexGrid1");
+        QAbstractItemModel *m = table->model();
+        for (int r = 0; r < m->rowCount(); ++r)
+            hits << m->index(r, 1).data().toString() + "|" + m->index(r, 3).data().toString();
+        EXPECT_EQ(m->headerData(1, Qt::Horizontal).toString(), "            Název zboží");
         SaveScreen(find, "frmFindAll");
-        table->setCurrentCell(1, 1);
+        table->setCurrentIndex(m->index(1, 1));
         Click(find, "cmdOk");
     });
     Click(&screen, "cmdFindAll");
