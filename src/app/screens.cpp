@@ -1,5 +1,6 @@
 #include "app/screens.h"
 
+#include "admin/frmSYS.h"
 #include "app/commands.h"
 #include "fondarix_paths.h"
 #include "core/frmAbout.h"
@@ -82,4 +83,7 @@ void RegisterScreens()
     RegisterCommand(QStringLiteral("mnuImportDal"), [](QWidget *main) { ShowImportPohyb(main, QStringLiteral("Dal")); });
     RegisterCommand(QStringLiteral("mnuBuildTree"), [](QWidget *main) { ShowBuildTree(main, 1, 1, false); });
     RegisterCommand(QStringLiteral("mnuAktuaImport"), [](QWidget *main) { ShowBuildTree(main, 2, 2, false); });
+
+    // Administration: the settings, also from SPRAVA PR and mnu112.
+    RegisterCommand(QStringLiteral("mnuSysItem"), ShowSYS);
 }
