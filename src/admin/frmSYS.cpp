@@ -1,7 +1,6 @@
 #include "admin/frmSYS.h"
 
 #include "admin/frmSysPageSetup.h"
-#include "core/codepage.h"
 #include "core/config.h"
 #include "core/db.h"
 #include "core/frmLoginUser.h"
@@ -236,11 +235,8 @@ frmSYS::frmSYS(QWidget *parent) : QDialog(parent)
     orders->addRow(lists);
 
     auto *inst = new QFormLayout(page(QStringLiteral("Instituce")));
-    static const char *const institutionCaptions[] = {"Firma:", "Adresa:", "PSČ:", "Město:", "IČO:", "DIČ:",
-                                                      "Číslo účtu:", "Název banky:", "Číslo účtu 2:",
-                                                      "Účet 2 platí od (sekundy od 1.1.1970):"};
     for (int i = 0; i < 10; ++i)
-        inst->addRow(QString::fromUtf8(institutionCaptions[i]), *institution[i]);
+        inst->addRow(InstitutionCaptions()[i] + QLatin1Char(':'), *institution[i]);
 
     auto *centres = new QVBoxLayout(page(QStringLiteral("Střediska")));
     centres->addWidget(MSFlexGrid2, 1);
@@ -582,22 +578,12 @@ void frmSYS::cmdOk_Click()
         return;
     }
     InstitutionFields f = m_institution;
-    const std::pair<QString *, QLineEdit *> boxes[] = {
-        {&f.firma, txtFirma}, {&f.adresa, txtAdresa}, {&f.psc, txtPSC}, {&f.mesto, txtMesto},
-        {&f.ico, txtICO}, {&f.dic, txtDIC}, {&f.ucet, txtUcet}, {&f.banka, txtBanka},
-        {&f.ucet2, txtUcet2}, {&f.newdateUcet, txtNewdate}};
-    for (const auto &[value, box] : boxes) {
-        *value = box->text().trimmed();
-        QString bad;
-        ToCp1250(*value, &bad);
-        if (!bad.isEmpty()) {
-            MsgBox(QStringLiteral("Pole %1 obsahuje znak „%2“, který nelze uložit ve znakové sadě Windows-1250.")
-                       .arg(box->objectName().mid(3), bad),
-                   MsgWarning);
-            box->setFocus();
-            return;
-        }
-    }
+    QLineEdit *const institution[] = {txtFirma, txtAdresa, txtPSC, txtMesto, txtICO, txtDIC,
+                                      txtUcet, txtBanka, txtUcet2, txtNewdate};
+    QString *const values[] = {&f.firma, &f.adresa, &f.psc, &f.mesto, &f.ico, &f.dic,
+                               &f.ucet, &f.banka, &f.ucet2, &f.newdateUcet};
+    for (int i = 0; i < 10; ++i)
+        *values[i] = institution[i]->text().trimmed();
 
     WorkstationSettings s;
     s.zadankySave = txtFields[0]->text().trimmed();
@@ -617,14 +603,23 @@ void frmSYS::cmdOk_Click()
     s.printTop = txtPrint[2]->text();
     s.printMargin = txtPrint[3]->text();
     s.toolBar = Check1->isChecked() ? QStringLiteral("1") : QStringLiteral("0");
-    SaveWorkstationSettings(s);
-
-    const bool administrator = Session().UserTyp == 2;
-    if (!onSys([&](DbConnection &sys) {
-            return SaveInstitutionFields(sys, f)
-                && (!administrator || SaveOwnGrantFilter(sys, Session().UserLogin, txtFiltr->text()));
-        }))
+    // The institution's row is written first but committed after the store: a value the server
+    // refuses leaves everything as it was.
+    DbConnection sys(ConnStrSys());
+    if (!OpenOrFatal(sys))
         return;
+    Transaction transaction(sys);
+    const bool administrator = Session().UserTyp == 2;
+    if (!SaveInstitutionFields(sys, f)
+        || (administrator && !SaveOwnGrantFilter(sys, Session().UserLogin, txtFiltr->text()))) {
+        MsgBox(sys.errorText(), MsgCritical);
+        return;
+    }
+    SaveWorkstationSettings(s);
+    if (!transaction.commit()) {
+        MsgBox(sys.errorText(), MsgCritical);
+        return;
+    }
     accept();
 }
 

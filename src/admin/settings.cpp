@@ -109,8 +109,28 @@ bool ReadInstitutionFields(DbConnection &sys, InstitutionFields *f)
     return true;
 }
 
+namespace {
+const QStringList &institutionColumns()
+{
+    static const QStringList columns{"Firma", "Adresa", "PSC", "Mesto", "ICO", "DIC", "Cislo uctu", "Nazev banky",
+                                     "Cislo uctu_2", "newdate_ucet"};
+    return columns;
+}
+} // namespace
+
+const QStringList &InstitutionCaptions()
+{
+    static const QStringList captions{"Firma", "Adresa", "PSČ", "Město", "IČO", "DIČ", "Číslo účtu", "Název banky",
+                                      "Číslo účtu 2", "Účet 2 platí od"};
+    return captions;
+}
+
 bool SaveInstitutionFields(DbConnection &sys, const InstitutionFields &f)
 {
+    FieldCaptions captions;
+    for (int i = 0; i < institutionColumns().size(); ++i)
+        captions.insert(institutionColumns()[i], InstitutionCaptions()[i]);
+    sys.setCaptions(captions);
     const QVariantList values{f.firma, f.adresa, f.psc, f.mesto, f.ico, f.dic, f.ucet, f.banka, f.ucet2, f.newdateUcet};
     const bool ok = f.id > 0
         ? sys.exec(QStringLiteral("UPDATE sys_nastaveni SET Firma=?, Adresa=?, PSC=?, Mesto=?, ICO=?, DIC=?, "

@@ -34,7 +34,10 @@ struct InstitutionFields {
 };
 bool ReadInstitutionFields(DbConnection &sys, InstitutionFields *fields);
 // Updates the first row, or adds it when the table has none; the session takes the values.
+// A refused value is named by its caption.
 bool SaveInstitutionFields(DbConnection &sys, const InstitutionFields &fields);
+// The captions of the institution's fields, in the order of InstitutionFields.
+const QStringList &InstitutionCaptions();
 
 // --- the ordering persons and the two lists of names -----------------------------------
 

@@ -221,8 +221,14 @@ TEST(frmSYS, BadInputIsRefusedBeforeAnythingIsSaved)
     Box(sys, "txtNewdate")->setText(QStringLiteral("1700000000"));
     Box(sys, "txtAdresa")->setText(QStringLiteral("Ulice 文"));
     Click(sys, "cmdOk");
+    EXPECT_EQ(messages.lastText(), QStringLiteral("Pole „Adresa“ obsahuje znak, který nelze uložit ve znakové sadě "
+                                                  "Windows-1250; text nebyl uložen."));
+    nothingSaved();
+
+    Box(sys, "txtAdresa")->setText(QString(200, QLatin1Char('a')));
+    Click(sys, "cmdOk");
     EXPECT_EQ(messages.lastText(),
-              QStringLiteral("Pole Adresa obsahuje znak „文“, který nelze uložit ve znakové sadě Windows-1250."));
+              QStringLiteral("Text v poli „Adresa“ je příliš dlouhý; nebyl uložen ani zkrácen. Zkraťte jej prosím."));
     nothingSaved();
 }
 
