@@ -396,13 +396,6 @@ TEST(frmSYS, CommandsOpenTheUsersTheListsAndThePageSetup)
                                   "sys_spravcerozp|Seznam správce objednávek|Jmeno"}));
     EXPECT_GE(Child<QComboBox>(sys, "cmbPrikObj")->findText(QStringLiteral("Nový příkazce")), 0);
     EXPECT_GE(Child<QComboBox>(sys, "cmbVyrizuje")->findText(QStringLiteral("Nová osoba")), 0);
-
-    // The solvers' list opens for real with the demo's rows.
-    frmSeznamUs solvers;
-    solvers.Tabulka = QStringLiteral("SYS_PRAVA");
-    solvers.Titulek = QStringLiteral("Seznam řešitelé GRANTu");
-    solvers.show();
-    EXPECT_EQ(solvers.windowTitle(), QStringLiteral("Seznam řešitelé GRANTu"));
 }
 
 TEST(frmSYS, RolesHideTheirFields)
