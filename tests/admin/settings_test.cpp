@@ -331,8 +331,11 @@ TEST(frmSYS, FootersAndLogoAreStoredAndShown)
     utf8.close();
     Click(sys, "cmdFile3");
     Click(sys, "cmdFile3");   // a second time replaces the text
-    EXPECT_EQ(Column(Sys, QStringLiteral("SELECT CONCAT(typ, ':', html) FROM sys_paticky_html WHERE login='cerny' ORDER BY typ")),
+    EXPECT_EQ(Column(Sys, QStringLiteral("SELECT CONCAT(typ, ':', html) FROM sys_paticky_html "
+                                          "WHERE login='cerny' AND typ IN ('1', '3') ORDER BY typ")),
               (QStringList{"1:" + footer, "3:" + footer}));
+    EXPECT_EQ(Column(Sys, QStringLiteral("SELECT COUNT(*) FROM sys_paticky_html WHERE login='cerny'")), QStringList{"4"})
+        << "the demo's four footers, two of them replaced";
     EXPECT_EQ(Stored("Ver 2.4.1", "OpenDir"), dir.path());
 
     // The picture footer and the logo: stored whole, written to the scratch folder and shown.
