@@ -48,7 +48,10 @@ QString ObjFormPath(const QString &folder, const QString &cisObj)
 }
 
 namespace {
+// A stored text as the form prints it: what a clerk typed is text, not markup.
+QString esc(const QString &text) { return text.toHtmlEscaped(); }
 QString piece(const QString &line, short index) { return GetField(line, index, '~'); }
+QString textPiece(const QString &line, short index) { return esc(piece(line, index)); }
 
 // The smaller elements are one size less.
 QString smaller(const QString &font) { return QString::number(font.toInt() - 1); }
@@ -109,7 +112,7 @@ std::array<QString, 5> addressLines(const QString &line)
 {
     std::array<QString, 5> a;
     for (int i = 0; i < 5; ++i) {
-        QString t = piece(line, short(ObjIx::LineRec1 + 2 * i)).remove(QLatin1Char('#'));
+        QString t = textPiece(line, short(ObjIx::LineRec1 + 2 * i)).remove(QLatin1Char('#'));
         a[i] = t == QLatin1String(" ") ? QStringLiteral("&nbsp;") : t;
     }
     return a;
@@ -128,9 +131,9 @@ void BuildObjednano(BuildObjLJ &out, const QString &font, const std::array<std::
     out.Line(QStringLiteral("  </tr>"));
     int count = 0;
     for (const auto &row : rows) {
-        const QString name = row[0].section(QLatin1Char('#'), 0, 0);
-        const QString qty = row[1].trimmed();
-        const QString unit = row[2].trimmed();
+        const QString name = esc(row[0].section(QLatin1Char('#'), 0, 0));
+        const QString qty = esc(row[1].trimmed());
+        const QString unit = esc(row[2].trimmed());
         QString number = QStringLiteral("&nbsp;");
         if (!name.trimmed().isEmpty())
             number = QString::number(++count) + QLatin1Char('.');
@@ -159,10 +162,10 @@ bool BuildFormObj2(BuildObjLJ &out, const ObjFormContext &ctx, const QString &pa
     int kind = 0;
     if (!typText.isEmpty() && !isNumber(typText, &kind))
         kind = 3;
-    const QString hrazeno = GetField(piece(line, ObjIx::Prikazce), 1).trimmed();
-    const QString cena = piece(line, ObjIx::Poc10);
-    const QString grant = piece(line, ObjIx::Grant);
-    const QString datum = ObjDateText(piece(line, ObjIx::DatObj));
+    const QString hrazeno = esc(GetField(piece(line, ObjIx::Prikazce), 1).trimmed());
+    const QString cena = textPiece(line, ObjIx::Poc10);
+    const QString grant = textPiece(line, ObjIx::Grant);
+    const QString datum = esc(ObjDateText(piece(line, ObjIx::DatObj)));
     const bool order = !ctx.formPoz;
     const bool goodsOrder = order && ctx.role != 3 && kind == KindSklad;
 
@@ -170,18 +173,18 @@ bool BuildFormObj2(BuildObjLJ &out, const ObjFormContext &ctx, const QString &pa
     out.Line(QStringLiteral("<table border='0' cellpadding='0' cellspacing='0' width='100%'><TR><TD>"));
     out.Line(QStringLiteral("<table border=1 cellpadding=3 cellspacing=0 width=100% >"));
     out.Line(QStringLiteral("  <tr>"));
-    const QString institute = goodsOrder ? ctx.firma + QStringLiteral(", ") + ctx.adresa + QStringLiteral(", ") + ctx.mesto
-                                               + QLatin1Char(' ') + ctx.psc
+    const QString institute = goodsOrder ? esc(ctx.firma + QStringLiteral(", ") + ctx.adresa + QStringLiteral(", ") + ctx.mesto
+                                                   + QLatin1Char(' ') + ctx.psc)
                                          : QStringLiteral("Základna Laboratorní Medicíny");
     out.Line(QStringLiteral("      <td colspan=5><font size=") + font + QLatin1Char('>') + institute + QStringLiteral("</font></td>"));
     out.Line(QStringLiteral("  </tr>"));
     out.Line(QStringLiteral("  <tr>"));
     QString numbers = QStringLiteral("      <td valign=top width=250><p align=left><font size=") + font
-                      + QStringLiteral(">IČO&nbsp;") + ctx.ico;
+                      + QStringLiteral(">IČO&nbsp;") + esc(ctx.ico);
     if (!ctx.dic.trimmed().isEmpty())
-        numbers += QStringLiteral("&nbsp;&nbsp;&nbsp;DIČ&nbsp;") + ctx.dic;
+        numbers += QStringLiteral("&nbsp;&nbsp;&nbsp;DIČ&nbsp;") + esc(ctx.dic);
     out.Line(numbers);
-    out.Line(QStringLiteral("       Bankovní spojení ") + ctx.banka + QStringLiteral(",  ") + bankAccount(ctx)
+    out.Line(QStringLiteral("       Bankovní spojení ") + esc(ctx.banka) + QStringLiteral(",  ") + esc(bankAccount(ctx))
              + QStringLiteral("</font></p></td>"));
     out.Line(QStringLiteral("  </tr>"));
     out.Line(QStringLiteral("</table>"));
@@ -191,7 +194,7 @@ bool BuildFormObj2(BuildObjLJ &out, const ObjFormContext &ctx, const QString &pa
                  + QStringLiteral("><strong>POŽADAVEK - na nákup</strong></font></td><td>&nbsp;</td></tr></table>"));
     else
         out.Line(QStringLiteral("<tr><td><font size=") + font + QStringLiteral("><strong>ŽÁDANKA</strong></font></td><td align=right><font size=")
-                 + font + QStringLiteral(">č.&nbsp;<strong>") + piece(line, ObjIx::CisObj)
+                 + font + QStringLiteral(">č.&nbsp;<strong>") + textPiece(line, ObjIx::CisObj)
                  + QStringLiteral("</strong>&nbsp;&nbsp;</font></td></tr></table>"));
     int top = 0;
     if (isNumber(ctx.top, &top))
@@ -203,16 +206,16 @@ bool BuildFormObj2(BuildObjLJ &out, const ObjFormContext &ctx, const QString &pa
     out.Line(QStringLiteral("      </div><div align=right><table border=1 cellpadding=6 cellspacing=0>"));
     out.Line(QStringLiteral("      <tr><td><font size=") + font + QStringLiteral("><u><strong>Dodavatel </strong></u><BR>"));
     for (int i = 0; i <= 4; ++i) {
-        const QString text = QStringLiteral("&nbsp;&nbsp;") + piece(line, short(ObjIx::Firma + i))
+        const QString text = QStringLiteral("&nbsp;&nbsp;") + textPiece(line, short(ObjIx::Firma + i))
                              + (i == 3 ? QStringLiteral("&nbsp;") : QStringLiteral("<BR>"));
         if (text != QLatin1String("&nbsp;&nbsp;&nbsp;"))
             out.Line(text);
     }
-    out.Line(QStringLiteral("      </font><font size=") + small + QStringLiteral(">Tel.: ") + piece(line, ObjIx::Tel)
-             + QStringLiteral("<BR>Fax: ") + piece(line, ObjIx::Fax) + QStringLiteral("</font></td></tr></table></div>"));
+    out.Line(QStringLiteral("      </font><font size=") + small + QStringLiteral(">Tel.: ") + textPiece(line, ObjIx::Tel)
+             + QStringLiteral("<BR>Fax: ") + textPiece(line, ObjIx::Fax) + QStringLiteral("</font></td></tr></table></div>"));
 
     if (goodsOrder) {
-        const QString catalogue = piece(line, ObjIx::Pobocka);
+        const QString catalogue = textPiece(line, ObjIx::Pobocka);
         out.Line(QStringLiteral("<table border=0 widtn='100%'><tr><td 'width=100%'><font size=") + font
                  + QStringLiteral(">&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;&nbsp;<u>Objednáváme")
                  + (catalogue.trimmed().isEmpty() ? QStringLiteral(":") : QStringLiteral(" z katalogu: ") + catalogue)
@@ -240,7 +243,7 @@ bool BuildFormObj2(BuildObjLJ &out, const ObjFormContext &ctx, const QString &pa
 
     // The note.
     out.Line(QStringLiteral("<table border=0 width=100%><tr><td align=right><font size=") + font + QLatin1Char('>')
-             + GetField(piece(line, ObjIx::Text1), 0) + QStringLiteral("</font></td></tr>"));
+             + esc(GetField(piece(line, ObjIx::Text1), 0)) + QStringLiteral("</font></td></tr>"));
     out.Line(QStringLiteral("<tr><td><BR><BR><BR><BR></td></tr></table>"));
 
     if (ctx.systemXP && piece(line, ObjIx::Paticka).trimmed() == QLatin1String("3"))
@@ -250,7 +253,7 @@ bool BuildFormObj2(BuildObjLJ &out, const ObjFormContext &ctx, const QString &pa
     // Price and payment.
     out.Line(QStringLiteral("<table border=0 width=100%><tr>"));
     if (!cena.trimmed().isEmpty()) {
-        out.Line(QStringLiteral("                      <td width=400><font size=") + font + QStringLiteral(">Předpokládaná"));
+        out.Line(QStringLiteral("                      <td width=400 nowrap><font size=") + font + QStringLiteral(">Předpokládaná"));
         out.Line(QStringLiteral("cena s DPH: <strong>") + cena + QStringLiteral("</strong> Kč</font></td>"));
     } else {
         out.Line(QStringLiteral("                      <td width=400></td>"));
@@ -264,9 +267,9 @@ bool BuildFormObj2(BuildObjLJ &out, const ObjFormContext &ctx, const QString &pa
 
     out.Line(QStringLiteral("            <tr><td><div style='height:150px'>&nbsp;</div></td><td width='100%'>"));
     footer(out, ctx, line);
-    out.Line(QStringLiteral("<font size=") + small + QStringLiteral(">Vyřizuje: ") + piece(line, ObjIx::LineRec9));
-    out.Line(QStringLiteral("&nbsp;&nbsp;&nbsp;Telefon: ") + piece(line, ObjIx::Telefon));
-    out.Line(QStringLiteral("&nbsp;&nbsp;&nbsp;Linka: ") + piece(line, ObjIx::Linka) + QStringLiteral("</font></td>"));
+    out.Line(QStringLiteral("<font size=") + small + QStringLiteral(">Vyřizuje: ") + textPiece(line, ObjIx::LineRec9));
+    out.Line(QStringLiteral("&nbsp;&nbsp;&nbsp;Telefon: ") + textPiece(line, ObjIx::Telefon));
+    out.Line(QStringLiteral("&nbsp;&nbsp;&nbsp;Linka: ") + textPiece(line, ObjIx::Linka) + QStringLiteral("</font></td>"));
     out.Line(QStringLiteral("  </tr></table>"));
     out.Line(QStringLiteral("</TD></TR></table>"));
     out.Line(QStringLiteral("</div></body></html>"));
@@ -284,8 +287,8 @@ void letterHead(BuildObjLJ &out, const ObjFormContext &ctx, const QString &line,
     out.Line(QStringLiteral("</head>"));
     out.Line(QStringLiteral("<body bgcolor=#FFFFFF>"));
     out.Line(QStringLiteral("<table border=0 width=100%>"));
-    const QString lines[3] = {ctx.firma, ctx.adresa + QStringLiteral(", ") + ctx.psc + QLatin1Char(' ') + ctx.mesto,
-                              ctx.department};
+    const QString lines[3] = {esc(ctx.firma), esc(ctx.adresa + QStringLiteral(", ") + ctx.psc + QLatin1Char(' ') + ctx.mesto),
+                              esc(ctx.department)};
     for (QString l : lines) {
         if (english)
             l.replace(QLatin1Char(' '), QStringLiteral("&nbsp;"));
@@ -314,7 +317,7 @@ void letterSubject(BuildObjLJ &out, const QString &line, const QString &subject,
     out.Line(QStringLiteral("<table border=0 width=100%><tr><td valign=bottom>"));
     for (int i = 0; i < 8; ++i)
         out.Line(QStringLiteral("&nbsp;<BR>"));
-    out.Line(QStringLiteral("<font size=4") + dateCaption + ObjDateText(piece(line, ObjIx::DatObj)) + QStringLiteral("</font>"));
+    out.Line(QStringLiteral("<font size=4") + dateCaption + esc(ObjDateText(piece(line, ObjIx::DatObj))) + QStringLiteral("</font>"));
     out.Line(QStringLiteral("</td></tr></table>"));
     out.Line(QStringLiteral("<hr>"));
 }
@@ -328,9 +331,9 @@ bool GeneratorFormularCZ(BuildObjLJ &out, const ObjFormContext &ctx, const QStri
     letterHead(out, ctx, line, false);
     letterSubject(out, line, subject, QStringLiteral(">&nbsp;Datum : "));
     out.Line(QStringLiteral("<table border=0 width=100%><tr>"));
-    out.Line(QStringLiteral("<td width=300><font size=4>Vyřizuje ") + piece(line, ObjIx::LineRec9) + QStringLiteral("</font></td>"));
-    out.Line(QStringLiteral("<td width=200><font size=4>Telefon ") + piece(line, ObjIx::Telefon) + QStringLiteral("</font></td><td"));
-    out.Line(QStringLiteral("              width=200><font size=4>Linka ") + piece(line, ObjIx::Linka) + QStringLiteral("</font></td>"));
+    out.Line(QStringLiteral("<td width=300><font size=4>Vyřizuje ") + textPiece(line, ObjIx::LineRec9) + QStringLiteral("</font></td>"));
+    out.Line(QStringLiteral("<td width=200><font size=4>Telefon ") + textPiece(line, ObjIx::Telefon) + QStringLiteral("</font></td><td"));
+    out.Line(QStringLiteral("              width=200><font size=4>Linka ") + textPiece(line, ObjIx::Linka) + QStringLiteral("</font></td>"));
     out.Line(QStringLiteral("</tr></table>"));
     out.Line(QStringLiteral("</body>"));
     out.Line(QStringLiteral("</html>"));
@@ -345,10 +348,10 @@ bool GeneratorFormularAN(BuildObjLJ &out, const ObjFormContext &ctx, const QStri
     letterHead(out, ctx, line, true);
     letterSubject(out, line, subject, QStringLiteral(">&nbsp;Date: "));
     out.Line(QStringLiteral("<table border=0 width=100%><tr>"));
-    out.Line(QStringLiteral("<td width=300 valign=top><font size=4>") + piece(line, ObjIx::LineRec9) + QStringLiteral("</font></td>"));
+    out.Line(QStringLiteral("<td width=300 valign=top><font size=4>") + textPiece(line, ObjIx::LineRec9) + QStringLiteral("</font></td>"));
     out.Line(QStringLiteral("<td valign=top><font size=4><em><strong><u>Corresponding person</u>:</strong></em><BR>"));
-    out.Line(QStringLiteral("phone number: ") + piece(line, ObjIx::Telefon) + QStringLiteral("<BR>"));
-    out.Line(QStringLiteral("e-mail address: ") + piece(line, ObjIx::Linka) + QStringLiteral("</font></td>"));
+    out.Line(QStringLiteral("phone number: ") + textPiece(line, ObjIx::Telefon) + QStringLiteral("<BR>"));
+    out.Line(QStringLiteral("e-mail address: ") + textPiece(line, ObjIx::Linka) + QStringLiteral("</font></td>"));
     out.Line(QStringLiteral("</tr></table>"));
     return BuildObjAnHtm(out, QStringLiteral("4"));
 }
