@@ -17,7 +17,10 @@
 #include "import/frmImportRozpocet.h"
 #include "import/frmProgressBuildTree.h"
 #include "import/frmRevize.h"
+#include "admin/frmSysPageSetup.h"
 #include "orders/frmArchObj.h"
+#include "orders/frmObjSablona.h"
+#include "orders/frmTvorObj.h"
 #include "protocols/frmDocDesignForm.h"
 #include "protocols/frmDocPacient.h"
 #include "registers/frmFirmy.h"
@@ -64,6 +67,16 @@ void RegisterScreens()
 
     // Orders.
     RegisterCommand(QStringLiteral("mnuObjednVyd"), ShowArchObj);
+    RegisterCommand(QStringLiteral("mnuObjednSklad"), [](QWidget *main) { ShowTvorObj(main, 1); });
+    RegisterCommand(QStringLiteral("mnuObjednText"), [](QWidget *main) { ShowTvorObj(main, 2); });
+    RegisterCommand(QStringLiteral("mnuObjednSluzby"), [](QWidget *main) { ShowTvorObj(main, 5); });
+    RegisterCommand(QStringLiteral("mnuHlavFormCZ"), [](QWidget *main) { ShowObjSablona(main, 0); });
+    RegisterCommand(QStringLiteral("mnuHlavFormAN"), [](QWidget *main) { ShowObjSablona(main, 1); });
+    // The order screens' "Page setup" button.
+    RegisterCommand(QStringLiteral("cmdPageSetup"), [](QWidget *from) {
+        frmSysPageSetup setup(from);
+        setup.exec();
+    });
 
     // Protocols: the patient register and the Studio.
     RegisterCommand(QStringLiteral("mnuArchivProt"), ShowDocPacient);

@@ -797,20 +797,8 @@ void frmArchObj::cmdDelete_Click()
 
 void frmArchObj::cmdView_Click()
 {
-    if (m_nom == 0)
-        return;
-    DbConnection sys(ConnStrSys());
-    DbConnection conn(ConnStrFor(m_db));
-    if (!sys.isOpen() || !conn.isOpen())
-        return;
-    const ObjFormContext ctx = LoadObjFormContext(sys, Session().TempDir);
-    QString error;
-    const QString path = WriteObjFormFile(conn, ctx, GetZadankySave(), Text6->text(), &error);
-    if (path.isEmpty()) {
-        MsgBox(error, MsgCritical);
-        return;
-    }
-    ViewHTML(path);
+    if (m_nom != 0)
+        ViewObjForm(m_db, Text6->text());
 }
 
 void frmArchObj::cmdCerpani_Click()

@@ -3,6 +3,7 @@
 #include "core/config.h"
 #include "core/db.h"
 #include "core/institution.h"
+#include "core/msg.h"
 #include "core/session.h"
 #include "core/text.h"
 #include "orders/objfooter.h"
@@ -413,4 +414,21 @@ QString ObjBankAccount(const QString &ucet, const QString &ucet2, const QString 
     if (from != 0 && NewdateUcetText(now).toDouble() > from && ucet2.trimmed() != QLatin1String("99999-999/0100"))
         return ucet2;
     return ucet.trimmed();
+}
+
+void ViewObjForm(const QString &centreDb, const QString &cisObj)
+{
+    DbConnection sys(ConnStrSys());
+    DbConnection centre(ConnStrFor(centreDb));
+    if (!sys.isOpen() || !centre.isOpen()) {
+        MsgBox(sys.isOpen() ? centre.errorText() : sys.errorText(), MsgCritical);
+        return;
+    }
+    const ObjFormContext ctx = LoadObjFormContext(sys, Session().TempDir);
+    QString error;
+    const QString path = WriteObjFormFile(centre, ctx, GetZadankySave(), cisObj, &error);
+    if (path.isEmpty())
+        MsgBox(error, MsgCritical);
+    else
+        ViewHTML(path);
 }

@@ -58,3 +58,7 @@ bool WriteObjForm(BuildObjLJ &out, const ObjFormContext &ctx, const QString &pat
 // a Czech message in *error (no such order, the folder cannot be written).
 QString WriteObjFormFile(DbConnection &centre, const ObjFormContext &ctx, const QString &folder,
                          const QString &cisObj, QString *error);
+
+// What the screens' "Zobrazit" does: writes the form of the order into the folder of
+// ZADANKY_SAVE and shows it in the viewer; a Czech message when it cannot.
+void ViewObjForm(const QString &centreDb, const QString &cisObj);

@@ -253,6 +253,14 @@ bool SetHandover(DbConnection &conn, int nom, bool handedOver)
     return conn.exec(QStringLiteral("UPDATE ArchObj SET coml=?  WHERE nom=?"), {handedOver ? 1 : 0, nom});
 }
 
+QString ObjCentreCode(DbConnection &sys, const QString &mysqlDb)
+{
+    QSqlQuery q = sys.query();
+    if (!sys.exec(q, QStringLiteral("SELECT code_stredisko FROM sys_db_kvl WHERE mysql_db = ?"), {mysqlDb}) || !q.next())
+        return QString();
+    return q.value(0).toString().section(QLatin1Char(','), 0, 0).trimmed();
+}
+
 QStringList UserGrantList(const QString &filtrGrant)
 {
     QStringList grants;

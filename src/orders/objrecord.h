@@ -116,6 +116,9 @@ QString HandoverQuestion(const QString &cisObj, bool handedOver);
 // Sets coml of the row; false with the error when the server refused.
 bool SetHandover(DbConnection &conn, int nom, bool handedOver);
 
+// The cost centre of a centre database (sys_db_kvl.code_stredisko), the first ","-piece.
+QString ObjCentreCode(DbConnection &sys, const QString &mysqlDb);
+
 // The user's grants for the lists: every grant of GrantyPlan by _grant, limited by the user's
 // filter (comma list; "0" or empty means all).
 QStringList UserGrantList(const QString &filtrGrant);

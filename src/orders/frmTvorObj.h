@@ -1,0 +1,73 @@
+#pragma once
+// "Objednávka": entry of an order of goods (SKLAD), in formatted text (TEXT) or of services
+// (SLUŽBY). The number is reserved when the screen opens; nearly every change saves the row,
+// so that the database always follows the screen.
+
+#include "orders/objsave.h"
+
+#include <QDialog>
+
+#include <array>
+#include <functional>
+#include <optional>
+
+class QComboBox;
+class QFrame;
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+class QTableWidget;
+class ObjTextEditor;
+
+class frmTvorObj : public QDialog {
+    Q_OBJECT
+public:
+    explicit frmTvorObj(QWidget *parent = nullptr);
+
+    short TypObjedn = 1;    // 1 SKLAD, 2 TEXT, 5 SLUŽBY
+    QString ExportLoad;
+
+    // Fills the lists, reserves the number and shows what the kind needs; false when the
+    // centre's database cannot be reached (a message has been shown).
+    bool Open();
+    // Saves the row as the screen shows it; false when nothing was saved (a message says why).
+    bool SaveObj();
+    QString Number() const;
+
+    // The date picker of cmdKalendar; the firm and warehouse pickers once they are wired.
+    std::function<std::optional<QString>(QWidget *, const QString &)> DatePicker;
+    // The firm card file in pick mode: seven "~"-separated pieces, nothing when cancelled.
+    std::function<std::optional<QString>(QWidget *)> FirmPicker;
+    // The stock screen of the current warehouse: the chosen warehouse and a "~"-separated line.
+    std::function<std::optional<std::pair<QString, QString>>(QWidget *, const QString &warehouse)> StockPicker;
+
+private:
+    ObjEntry entry() const;
+    void recalk();
+    void addRow();
+    void deleteRow();
+    void pickStock();
+    void pickFirm();
+    void dateLeft();
+    void cmdSave_Click();
+    void cmdView_Click();
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    bool m_loading = false;
+    QString m_warehouse;
+
+    QLineEdit *txtObjCislo, *datDatum, *txtStredisko, *txtGrant, *Text3, *txtPozn, *txtCena, *Text1;
+    std::array<QLineEdit *, 7> txtField{};
+    QComboBox *Combo1, *Combo4;
+    QTableWidget *MSHFlexGrid1;
+    QLabel *Label13;
+    QFrame *FrameGoods, *Frame5;
+    QPlainTextEdit *Text2;
+    ObjTextEditor *editor;
+    QPushButton *cmdSave, *cmdView, *cmdClose, *cmdFirmy, *cmdKalendar, *cmdRecalk, *cmdAddRow, *cmdDel, *cmdSklady,
+        *cmdSelect, *cmdPageSetup, *cmdSetup;
+};
+
+// The main window's commands: SKLAD, TEXT and SLUŽBY.
+void ShowTvorObj(QWidget *parent, short typObjedn);
