@@ -826,3 +826,8 @@ INSERT INTO CHEM_VYD (NAM_CHIM, KATAL, KOMU, MIRA, DAT_VYD, KUS_VY, sklad) VALUE
   ('Šanony A4, 75 mm', 'SA-75', 'Bc. Ivana Říhová', 'ks', '2026-05-24', '1 x 1', 'Kancelář'),
   ('Laboratorní deník A4', 'LD-A4', 'sekretariát', 'ks', '2026-10-07', '1 x 1', 'Kancelář'),
   ('Laboratorní deník A4', 'LD-A4', 'MUDr. Jan Bartoš', 'ks', '2026-11-17', '1 x 1', 'Kancelář');
+
+-- A save in the archive writes every box, empty ones as the empty text: the orders that
+-- have an official number were saved there, so their empty dates and prices are texts.
+UPDATE archobj SET Dat_vyriz = '' WHERE Cis_global IS NOT NULL AND Dat_vyriz IS NULL;
+UPDATE archobj SET Castka = '' WHERE Cis_global IS NOT NULL AND Castka IS NULL;

@@ -36,8 +36,6 @@ const QString Title = QStringLiteral("Informace");
 const char *const GridCaptions[] = {" iD", "  Číslo dokladu", "  Zapsáno", "  GRANT", "          Název firmy",
                                     "  Skut. Kč ", "  Zaúčt. Kč", "  L", ""};
 constexpr int ColumnL = 7;
-// The columns the grid and the colour need.
-const QString GridColumns = QStringLiteral("nom, cis_obj, Dat_obj, `Grant`, Firma, Castka, coml, Dat_vyriz, objWF, Cis_global");
 
 QLineEdit *box(QWidget *parent, const QString &name, bool readOnly = false)
 {
@@ -419,43 +417,18 @@ void frmArchObj::FilterObj(const QString &field)
     const int status = Combo2->currentIndex();
     m_filter = ::FilterObj(status, Combo2->currentText(), Combo5->currentIndex() >= 0 ? Combo5->currentText() : QString(),
                            m_role == 3, field);
-    const ObjFilter &f = m_filter;
-    DbConnection conn(ConnStrFor(m_db));
     m_rows.clear();
     m_total = 0;
-    if (conn.isOpen()) {
-        short counter = 1;
-        if (NextObjCounter(conn, &counter))
-            m_nextNumber = MakeObjCislo(counter);
-        const QString where = f.sql.isEmpty() ? QString() : QStringLiteral(" WHERE ") + f.sql;
-        QSqlQuery q = conn.query();
-        if (status >= 1 && status <= 4) {
-            // A status list is one page of every row whose colour fits.
-            if (conn.exec(q, QStringLiteral("SELECT ") + GridColumns + QStringLiteral(" FROM archobj") + where
-                                 + QStringLiteral(" ORDER BY cis_obj, nom"), f.values))
-                m_total = -1;
-        } else if (conn.exec(q, QStringLiteral("SELECT COUNT(*) FROM archobj") + where, f.values) && q.next()) {
-            m_total = q.value(0).toInt();
-        }
-        if (m_total == -1) {
-            while (q.next()) {
-                GridRow row;
-                row.nom = q.value(0).toInt();
-                row.castkaNull = q.value(5).isNull();
-                row.state = {row.castkaNull, q.value(5).toString(), q.value(7).toString(), q.value(8).toString(),
-                             q.value(9).toString()};
-                if (!ObjColourFitsStatus(ObjColour(row.state), status))
-                    continue;
-                row.cisObj = q.value(1).toString();
-                row.datObj = q.value(2).toString();
-                row.grant = q.value(3).toString();
-                row.firma = q.value(4).toString();
-                row.castka = q.value(5).toString();
-                row.coml = q.value(6).toInt() == 1;
-                m_rows << row;
-            }
+    DbConnection conn(ConnStrFor(m_db));
+    short counter = 1;
+    if (conn.isOpen() && NextObjCounter(conn, &counter))
+        m_nextNumber = MakeObjCislo(counter);
+    // A status list is one page of every row whose colour fits.
+    if (status >= 1 && status <= 4) {
+        if (conn.isOpen() && ObjListRows(conn, m_filter, status, 0, -1, &m_rows))
             m_total = int(m_rows.size());
-        }
+    } else if (conn.isOpen()) {
+        ObjListCount(conn, m_filter, &m_total);
     }
     FillPage(0);
 }
@@ -469,29 +442,8 @@ void frmArchObj::FillPage(int page)
     if (!statusList) {
         m_rows.clear();
         DbConnection conn(ConnStrFor(m_db));
-        const ObjFilter &f = m_filter;
-        QSqlQuery q = conn.query();
-        QVariantList values = f.values;
-        values << ObjPageStart(m_total, m_page);
-        if (conn.isOpen()
-            && conn.exec(q, QStringLiteral("SELECT ") + GridColumns + QStringLiteral(" FROM archobj")
-                                + (f.sql.isEmpty() ? QString() : QStringLiteral(" WHERE ") + f.sql)
-                                + QStringLiteral(" ORDER BY cis_obj, nom LIMIT %1 OFFSET ?").arg(ObjPageRows),
-                         values)) {
-            while (q.next()) {
-                GridRow row;
-                row.nom = q.value(0).toInt();
-                row.cisObj = q.value(1).toString();
-                row.datObj = q.value(2).toString();
-                row.grant = q.value(3).toString();
-                row.firma = q.value(4).toString();
-                row.castka = q.value(5).toString();
-                row.castkaNull = q.value(5).isNull();
-                row.coml = q.value(6).toInt() == 1;
-                row.state = {row.castkaNull, row.castka, q.value(7).toString(), q.value(8).toString(), q.value(9).toString()};
-                m_rows << row;
-            }
-        }
+        if (conn.isOpen())
+            ObjListRows(conn, m_filter, status, ObjPageStart(m_total, m_page), ObjPageRows, &m_rows);
     }
 
     m_filling = true;
@@ -499,7 +451,7 @@ void frmArchObj::FillPage(int page)
     MSFlexGrid2->setRowCount(int(m_rows.size()));
     double sum5 = 0, sum6 = 0;
     for (int r = 0; r < m_rows.size(); ++r) {
-        const GridRow &row = m_rows[r];
+        const ObjListRow &row = m_rows[r];
         const QString texts[] = {QString::number(row.nom), row.cisObj, ObjDateText(row.datObj), row.grant, row.firma,
                                  GetField(row.castka, 0), GetField(row.castka, 1), QString(), QString()};
         for (int c = 0; c < 9; ++c)
@@ -531,7 +483,7 @@ void frmArchObj::FillPage(int page)
 
 void frmArchObj::paintRow(int r)
 {
-    const GridRow &row = m_rows[r];
+    const ObjListRow &row = m_rows[r];
     const bool chosen = m_chosen.contains(row.nom);
     for (int c = 0; c < 9; ++c)
         if (QTableWidgetItem *item = MSFlexGrid2->item(r, c))
@@ -675,18 +627,11 @@ bool frmArchObj::SaveByRole()
         FilterObj();
         return false;
     }
-    QSqlQuery q = conn.query();
-    if (conn.exec(q, QStringLiteral("SELECT ") + GridColumns + QStringLiteral(" FROM archobj WHERE nom = ?"), {nom}) && q.next()
-        && current >= 0 && current < m_rows.size() && m_rows[current].nom == nom) {
-        GridRow &row = m_rows[current];
-        row.castka = q.value(5).toString();
-        row.castkaNull = q.value(5).isNull();
-        row.cisObj = q.value(1).toString();
-        row.grant = q.value(3).toString();
-        row.firma = q.value(4).toString();
-        row.state = {row.castkaNull, row.castka, q.value(7).toString(), q.value(8).toString(), q.value(9).toString()};
-        const QString texts[] = {QString::number(nom), row.cisObj, ObjDateText(row.datObj), row.grant, row.firma,
-                                 GetField(row.castka, 0), GetField(row.castka, 1)};
+    ObjListRow fresh;
+    if (current >= 0 && current < m_rows.size() && m_rows[current].nom == nom && ObjListRowOf(conn, nom, &fresh)) {
+        m_rows[current] = fresh;
+        const QString texts[] = {QString::number(nom), fresh.cisObj, ObjDateText(fresh.datObj), fresh.grant, fresh.firma,
+                                 GetField(fresh.castka, 0), GetField(fresh.castka, 1)};
         for (int c = 0; c < 7; ++c)
             MSFlexGrid2->item(current, c)->setText(texts[c]);
         paintRow(current);

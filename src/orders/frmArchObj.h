@@ -5,7 +5,7 @@
 // delete, the handover to the pharmacy and the drawdown report.
 
 #include "core/db.h"
-#include "orders/objrecord.h"
+#include "orders/objlist.h"
 
 #include <QDialog>
 #include <QList>
@@ -51,12 +51,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    struct GridRow {
-        int nom = 0;
-        QString cisObj, datObj, grant, firma, castka;
-        bool castkaNull = true, coml = false;
-        ObjStateFields state;
-    };
     void buildUi();
     void fillLists();
     void paintRow(int gridRow);
@@ -74,7 +68,6 @@ private:
     void cmdLekarna_Click();
     void cmdSaveHTML_Click();
     void pickDate(QLineEdit *box);
-    int pageOfRows() const { return int(m_rows.size()); }
 
     QString m_db;               // the centre's database
     int m_role = 1;             // the role the list is seen with (cmdLekarna switches to 3)
@@ -82,7 +75,7 @@ private:
     int m_nom = 0;              // the order in the detail
     short m_typ = 0;
     bool m_filling = false;     // stops re-entry while the grid is refilled
-    QList<GridRow> m_rows;
+    QList<ObjListRow> m_rows;
     QSet<int> m_chosen;
     QString m_nextNumber;
     ObjFilter m_filter;         // the filter of the list shown
