@@ -693,7 +693,7 @@ void frmArchObj::cmdCopy_Click()
     DbConnection conn(ConnStrFor(m_db));
     const int copy = CopyObj(conn, m_nom, number->trimmed());
     if (copy < 0) {
-        MsgBox(DbErrorMessage(conn.db().lastError()), MsgCritical);
+        MsgBox(conn.errorText(), MsgCritical);
         return;
     }
     FilterObj();
@@ -717,7 +717,7 @@ void frmArchObj::cmdDelete_Click()
             return;
         const int count = DeleteObjRows(conn, m_chosen.values());
         if (count < 0) {
-            MsgBox(DbErrorMessage(conn.db().lastError()), MsgCritical);
+            MsgBox(conn.errorText(), MsgCritical);
             return;
         }
         m_chosen.clear();
@@ -730,7 +730,7 @@ void frmArchObj::cmdDelete_Click()
                                  MsgQuestionOkCancel, title)))
             return;
         if (DeleteObjNumber(conn, Text6->text()) < 0) {
-            MsgBox(DbErrorMessage(conn.db().lastError()), MsgCritical);
+            MsgBox(conn.errorText(), MsgCritical);
             return;
         }
     }

@@ -119,13 +119,13 @@ bool frmObjSablona::Open()
     DbConnection centre(ConnStrFor(Session().MysqlDb));
     short counter = 1;
     if (!centre.isOpen() || !NextObjCounter(centre, &counter)) {
-        MsgBox(centre.isOpen() ? DbErrorMessage(centre.db().lastError()) : centre.errorText(), MsgCritical);
+        MsgBox(centre.isOpen() ? centre.errorText() : centre.errorText(), MsgCritical);
         return false;
     }
     txtObjCislo->setText(MakeObjCislo(counter));
     datDatum->setText(QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy")));
     if (!ReserveObj(centre, txtObjCislo->text())) {
-        MsgBox(DbErrorMessage(centre.db().lastError()), MsgCritical);
+        MsgBox(centre.errorText(), MsgCritical);
         return false;
     }
     return true;
@@ -176,7 +176,7 @@ void frmObjSablona::cmdSave_Click()
         return;
     }
     if (SaveObjSablona(centre, l, CurrentFooterChoice(sys, s.UserLogin)) != ObjWrite::Saved) {
-        MsgBox(DbErrorMessage(centre.db().lastError()), MsgCritical);
+        MsgBox(centre.errorText(), MsgCritical);
         return;
     }
     MsgBox(QStringLiteral("Objednávka byla uložená"));

@@ -246,7 +246,7 @@ bool frmTvorObj::Open()
     DbConnection centre(ConnStrFor(Session().MysqlDb));
     short counter = 1;
     if (!centre.isOpen() || !NextObjCounter(centre, &counter)) {
-        MsgBox(centre.isOpen() ? DbErrorMessage(centre.db().lastError()) : centre.errorText(), MsgCritical);
+        MsgBox(centre.isOpen() ? centre.errorText() : centre.errorText(), MsgCritical);
         m_loading = false;
         return false;
     }
@@ -254,7 +254,7 @@ bool frmTvorObj::Open()
     datDatum->setText(QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy")));
     // The number is taken now; a screen closed without saving leaves it in the archive.
     if (!ReserveObj(centre, txtObjCislo->text())) {
-        MsgBox(DbErrorMessage(centre.db().lastError()), MsgCritical);
+        MsgBox(centre.errorText(), MsgCritical);
         m_loading = false;
         return false;
     }
@@ -308,7 +308,7 @@ bool frmTvorObj::SaveObj()
     case ObjWrite::Failed:
         break;
     }
-    MsgBox(DbErrorMessage(centre.db().lastError()), MsgCritical);
+    MsgBox(centre.errorText(), MsgCritical);
     return false;
 }
 

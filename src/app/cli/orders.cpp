@@ -61,7 +61,7 @@ int ordersList(const CliArgs &args)
     const ObjFilter filter = FilterObj(statusIndex, statusIndex == 5 ? grant : status, year, Session().UserTyp == 3);
     QList<ObjListRow> rows;
     if (!ObjListRows(centre, filter, statusIndex, 0, -1, &rows))
-        return CliFail(QStringLiteral("orders list: ") + DbErrorMessage(centre.db().lastError()));
+        return CliFail(QStringLiteral("orders list: ") + centre.errorText());
     for (const ObjListRow &r : rows)
         CliSummary(QStringList{QString::number(r.nom), r.cisObj, ObjDateText(r.datObj), r.grant, r.firma,
                                GetField(r.castka, 0), GetField(r.castka, 1), r.coml ? QStringLiteral("L") : QString(),
