@@ -176,6 +176,6 @@ int ImportObjFile(DbConnection &centre, const QString &path, QString *error)
     }
     if (!transaction.commit())
         return Failed(error, QStringLiteral("Objednávky ze souboru nelze uložit: ") +
-                                 centre.errorText());
+                                 DbErrorMessage(centre.db().lastError()));
     return stored;
 }
