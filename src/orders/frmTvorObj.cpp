@@ -12,6 +12,9 @@
 #include "orders/objfooter.h"
 #include "orders/objhtml.h"
 #include "orders/objrecord.h"
+#include "registers/frmFirmy.h"
+#include "stock/frmCHEMIK.h"
+#include "stock/frmTyp.h"
 
 #include <QComboBox>
 #include <QDate>
@@ -55,6 +58,28 @@ frmTvorObj::frmTvorObj(QWidget *parent) : QDialog(parent)
     setObjectName(QStringLiteral("frmTvorObj"));
     setWindowTitle(QStringLiteral("Objednávka"));
     DatePicker = PickDate;
+    FirmPicker = [](QWidget *parent) -> std::optional<QString> {
+        frmFirmy firmy(parent);
+        firmy.VyberSet = true;
+        if (!firmy.Load() || firmy.exec() != QDialog::Accepted || firmy.CancelForm)
+            return std::nullopt;
+        return firmy.ObjednFirma;
+    };
+    WarehousePicker = [](QWidget *parent) -> std::optional<QString> {
+        frmTyp typ(parent);
+        typ.VyberPending = true;
+        if (!typ.Load() || typ.exec() != QDialog::Accepted || typ.mOpenFile.isEmpty())
+            return std::nullopt;
+        return typ.mOpenFile;
+    };
+    StockPicker = [](QWidget *parent, const QString &warehouse) -> std::optional<std::pair<QString, QString>> {
+        frmCHEMIK chemik(parent);
+        chemik.OpenFile = warehouse;
+        chemik.VyberObjedn = true;
+        if (!chemik.Load() || chemik.exec() != QDialog::Accepted || chemik.mLineInput.isEmpty())
+            return std::nullopt;
+        return std::pair{chemik.OpenFile, chemik.mLineInput};
+    };
 
     txtObjCislo = box(this, QStringLiteral("txtObjCislo"));
     txtObjCislo->setReadOnly(true);
@@ -172,7 +197,7 @@ frmTvorObj::frmTvorObj(QWidget *parent) : QDialog(parent)
         save();
     });
     connect(cmdSelect, &QPushButton::clicked, this, &frmTvorObj::pickStock);
-    connect(cmdSklady, &QPushButton::clicked, this, &frmTvorObj::pickStock);
+    connect(cmdSklady, &QPushButton::clicked, this, &frmTvorObj::pickWarehouse);
     connect(MSHFlexGrid1, &QTableWidget::cellDoubleClicked, this, &frmTvorObj::pickStock);
     // Typed goods cells count like picked ones.
     connect(MSHFlexGrid1, &QTableWidget::cellChanged, this, [this, save] {
@@ -349,11 +374,18 @@ void frmTvorObj::deleteRow()
     SaveObj();
 }
 
+void frmTvorObj::pickWarehouse()
+{
+    const std::optional<QString> warehouse = WarehousePicker(this);
+    if (!warehouse)
+        return;
+    m_warehouse = *warehouse;
+    Label13->setText(GetField(m_warehouse, 0, '~'));
+}
+
 void frmTvorObj::pickStock()
 {
-    if (!StockPicker)
-        return;
-    if (m_warehouse.isEmpty() && sender() != cmdSklady) {
+    if (m_warehouse.isEmpty()) {
         MsgBox(QStringLiteral("Není zvolen aktuální sklad!"));
         return;
     }
@@ -373,8 +405,8 @@ void frmTvorObj::pickStock()
         }
     m_loading = true;
     MSHFlexGrid1->item(r, ColName)->setText(GetField(picked->second, 0, '~'));
-    MSHFlexGrid1->item(r, ColUnit)->setText(GetField(picked->second, 1, '~'));
-    MSHFlexGrid1->item(r, ColPrice)->setText(GetField(picked->second, 2, '~'));
+    MSHFlexGrid1->item(r, ColUnit)->setText(GetField(picked->second, 2, '~'));
+    MSHFlexGrid1->item(r, ColPrice)->setText(GetField(picked->second, 3, '~'));
     m_loading = false;
     MSHFlexGrid1->setCurrentCell(r, ColQty);
     recalk();
@@ -384,14 +416,12 @@ void frmTvorObj::pickStock()
 
 void frmTvorObj::pickFirm()
 {
-    if (!FirmPicker)
-        return;
     const std::optional<QString> firm = FirmPicker(this);
     if (!firm)
         return;
     m_loading = true;
     for (int i = 0; i < 7; ++i)
-        txtField[i]->setText(GetField(*firm, short(i), '~'));
+        txtField[i]->setText(GetField(*firm, short(i)));
     m_loading = false;
     SaveObj();
 }

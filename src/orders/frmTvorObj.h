@@ -35,11 +35,12 @@ public:
     bool SaveObj();
     QString Number() const;
 
-    // The date picker of cmdKalendar; the firm and warehouse pickers once they are wired.
+    // The pickers the screen opens (tests replace them): the calendar of cmdKalendar; the firm
+    // card file (seven "#"-separated pieces); the list of warehouses ("Typ~File"); the stock
+    // screen of a warehouse (the warehouse the item came from and its "~"-separated line).
     std::function<std::optional<QString>(QWidget *, const QString &)> DatePicker;
-    // The firm card file in pick mode: seven "~"-separated pieces, nothing when cancelled.
     std::function<std::optional<QString>(QWidget *)> FirmPicker;
-    // The stock screen of the current warehouse: the chosen warehouse and a "~"-separated line.
+    std::function<std::optional<QString>(QWidget *)> WarehousePicker;
     std::function<std::optional<std::pair<QString, QString>>(QWidget *, const QString &warehouse)> StockPicker;
 
 private:
@@ -47,6 +48,7 @@ private:
     void recalk();
     void addRow();
     void deleteRow();
+    void pickWarehouse();
     void pickStock();
     void pickFirm();
     void dateLeft();

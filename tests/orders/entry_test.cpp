@@ -14,6 +14,7 @@
 #include <QAction>
 #include <QComboBox>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -91,8 +92,20 @@ TEST(frmTvorObj, GoodsOrderReservedTypedPricedSavedAndViewed)
     EXPECT_FALSE(Child<QPushButton>(&screen, "cmdView")->isEnabled());
     EXPECT_FALSE(Child<QWidget>(&screen, "Frame5")->isVisibleTo(&screen));
 
-    Box(&screen, "txtField0")->setText("O'Brien & \"syn\" <script>");
-    Box(&screen, "txtField1")->setText("Katalog 2025");
+    // The firm from the card file, the goods from a warehouse: the pickers answer as scripted.
+    screen.FirmPicker = [](QWidget *) { return std::optional<QString>("O'Brien & \"syn\" <script>#Katalog 2025#Tovární 1#277 11#Neratovice#315#316"); };
+    screen.WarehousePicker = [](QWidget *) { return std::optional<QString>("Chemikálie~sklad_chem"); };
+    screen.StockPicker = [](QWidget *, const QString &warehouse) {
+        return std::optional<std::pair<QString, QString>>({warehouse, "Ethanol~K-1~l~245,50~Lach-Ner~~7"});
+    };
+    Click(&screen, "cmdFirmy");
+    EXPECT_EQ(Box(&screen, "txtField4")->text(), "Neratovice");
+    Click(&screen, "cmdSelect");
+    EXPECT_EQ(messages.lastText(), "Není zvolen aktuální sklad!");
+    Click(&screen, "cmdSklady");
+    EXPECT_EQ(Child<QLabel>(&screen, "Label13")->text(), "Chemikálie");
+    Child<QTableWidget>(&screen, "MSHFlexGrid1")->setCurrentCell(0, 0);
+    Click(&screen, "cmdSelect");
     Choose(&screen, "Combo1", "1201");
     Choose(&screen, "Combo1", "1202");
     EXPECT_EQ(Box(&screen, "txtGrant")->text(), "1201, 1202");
@@ -105,6 +118,7 @@ TEST(frmTvorObj, GoodsOrderReservedTypedPricedSavedAndViewed)
         int row;
         const char *name, *unit, *price, *qty;
     } goods[] = {{0, "Ethanol", "l", "245,50", "2"}, {1, "Špičky", "bal", "189,00", "abc"}, {2, "Rukavice", "bal", "1x", "3"}};
+    EXPECT_EQ(grid->item(0, 0)->text() + "|" + grid->item(0, 2)->text() + "|" + grid->item(0, 3)->text(), "Ethanol|l|245,50");
     for (const auto &g : goods) {
         grid->item(g.row, 0)->setText(g.name);
         grid->item(g.row, 2)->setText(g.unit);
