@@ -51,14 +51,19 @@ Criterion BuildCriterion(CriterionForm form, const QString &filter, const QStrin
 int MovementSign(const QString &filter, const QString &account, const QString &side)
 {
     const bool dal = side.trimmed() == QLatin1String("DAL");
-    if (filter.contains(QLatin1Char('-'))) {
-        for (QString item : filter.split(QLatin1Char(','))) {
-            item.remove(QLatin1Char('-')).remove(QLatin1Char('*'));
-            if (item.trimmed() == account.trimmed())
-                return dal ? 1 : -1;
-        }
-    }
+    if (ReversedAccounts(filter).contains(account.trimmed()))
+        return dal ? 1 : -1;
     return dal ? -1 : 1;
+}
+
+QStringList ReversedAccounts(const QString &filter)
+{
+    QStringList accounts;
+    if (!filter.contains(QLatin1Char('-')))
+        return accounts;
+    for (QString item : filter.split(QLatin1Char(',')))
+        accounts << item.remove(QLatin1Char('-')).remove(QLatin1Char('*')).trimmed();
+    return accounts;
 }
 
 QString AppendAccount(const QString &filter, const QString &account)
@@ -113,4 +118,9 @@ Criterion PermittedGrantsCriterion(const QString &userFilter)
     }
     c.where = terms.join(QStringLiteral(" or "));
     return c;
+}
+
+bool GrantPermitted(const QString &userFilter, const QString &grant)
+{
+    return AllGrants(userFilter) || GrantListItems(userFilter).contains(grant.trimmed());
 }

@@ -34,6 +34,9 @@ Criterion BuildCriterion(CriterionForm form, const QString &filter, const QStrin
 // The sign of a movement row in a group's sum: MD +1, DAL -1; when the filter holds a "-"
 // and one of its items (without "-" and "*") equals the account exactly, the other way.
 int MovementSign(const QString &filter, const QString &account, const QString &side);
+// The accounts whose sign a filter reverses: none without a "-", else every item with "-" and
+// "*" removed and trimmed (an empty item among them).
+QStringList ReversedAccounts(const QString &filter);
 
 // The filter after an account picked in the catalogue: appended after ", " unless empty.
 QString AppendAccount(const QString &filter, const QString &account);
@@ -46,3 +49,6 @@ Criterion GrantLikeCriterion(const QString &column, const QString &userFilter);
 // The grants a user may see in the drawdown list: for "0" every grant not archived
 // (archiv empty, null or "0"), else each listed number that is not archived.
 Criterion PermittedGrantsCriterion(const QString &userFilter);
+
+// Is the grant one of those the user's list names? "0" (or nothing) permits every grant.
+bool GrantPermitted(const QString &userFilter, const QString &grant);

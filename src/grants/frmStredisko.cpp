@@ -5,6 +5,8 @@
 #include "core/rights.h"
 #include "core/session.h"
 #include "grants/amount.h"
+#include "core/text.h"
+#include "grants/grantreports.h"
 #include "grants/granttables.h"
 #include "grants/rowsmodel.h"
 #include "grants/screenparts.h"
@@ -18,16 +20,8 @@
 #include <QVBoxLayout>
 
 namespace {
-StrediskoPrinter &Printer()
-{
-    static StrediskoPrinter printer;
-    return printer;
-}
-
 enum Column { ColGrant, ColUcet, ColNazev, ColPlan, ColCerpani, ColZustatek, ColProcent };
 } // namespace
-
-void SetStrediskoPrinter(StrediskoPrinter printer) { Printer() = std::move(printer); }
 
 frmStredisko::frmStredisko(QWidget *parent) : QDialog(parent)
 {
@@ -79,7 +73,6 @@ frmStredisko::frmStredisko(QWidget *parent) : QDialog(parent)
     const bool admin = CanDeleteStredisko(Session().UserTyp);
     cmdDelete->setEnabled(admin);
     cmdCompare->setEnabled(admin);
-    cmdPrint->setEnabled(bool(Printer()));
 
     auto *buttons = new QHBoxLayout;
     for (QPushButton *b : {cmdFind, cmdDelete, cmdCompare, cmdPrint})
@@ -96,7 +89,7 @@ frmStredisko::frmStredisko(QWidget *parent) : QDialog(parent)
     connect(cmdFind, &QPushButton::clicked, this, &frmStredisko::cmdFind_Click);
     connect(cmdDelete, &QPushButton::clicked, this, &frmStredisko::cmdDelete_Click);
     connect(cmdCompare, &QPushButton::clicked, this, &frmStredisko::cmdCompare_Click);
-    connect(cmdPrint, &QPushButton::clicked, this, [this] { Printer()(this); });
+    connect(cmdPrint, &QPushButton::clicked, this, &frmStredisko::cmdPrint_Click);
     connect(cmdClose, &QPushButton::clicked, this, &QDialog::accept);
 }
 
@@ -114,9 +107,6 @@ void frmStredisko::load()
         MsgBox(QStringLiteral("Není vytvořen seznam GRANTu s rozpočtovýma částkama!"));
     }
     m_grants = grants;
-    m_castka1.clear();
-    for (const GrantBudget &g : m_grants)
-        m_castka1.insert(g.grant, g.castka1);
     m_model->reset([&] { m_rows.swap(rows); });
     m_planSums = PlanSumsByGrant(m_rows);
     showTotals();
@@ -135,13 +125,6 @@ void frmStredisko::showTotals()
 bool frmStredisko::editPlan(int row, const QString &value)
 {
     GroupRow edited = m_rows.at(row);
-    const double grantTotal = PlanSumsByGrant(m_rows).value(edited.grant);
-    const QString refusal = BudgetCheck(edited.grant, m_castka1.value(edited.grant), value, edited.plan,
-                                        FormatAmount(grantTotal));
-    if (!refusal.isEmpty()) {
-        MsgBox(refusal, MsgWarning);
-        return false;
-    }
     edited.plan = value;
     SpoctiRadek(edited);
     DbConnection conn(ConnStrGranty());
@@ -192,6 +175,23 @@ void frmStredisko::cmdCompare_Click()
     const QString text = CompareText(m_grants, m_planSums);
     if (!text.isEmpty())
         MsgBox(text, MsgInformation);
+}
+
+void frmStredisko::cmdPrint_Click()
+{
+    // Every register row, archived ones too: a group row's grant is looked up by its number.
+    QVector<GrantHead> heads;
+    DbConnection conn(ConnStrGranty());
+    if (!conn.isOpen() || !LoadGrantHeads(conn, QStringLiteral("0"), &heads, true)) {
+        ShowDbError(conn);
+        return;
+    }
+    QString path, error;
+    if (!WriteReport([&](BuildObjLJ &html) { PrintSkupUctu(html, m_rows, heads, QStringLiteral("2")); }, &path, &error)) {
+        MsgBox(error, MsgCritical);
+        return;
+    }
+    ViewHTML(path);
 }
 
 void ShowStredisko(QWidget *parent)

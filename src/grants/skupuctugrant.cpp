@@ -62,13 +62,19 @@ QString BudgetCheck(const QString &grant, const QString &castka1, const QString 
 bool LoadStredisko(DbConnection &conn, const QString &userFilter, QVector<GroupRow> *rows)
 {
     const Criterion c = GrantLikeCriterion(QStringLiteral("`Grant`"), userFilter);
+    return QueryGroupRows(conn, c.where, c.values, QStringLiteral("`grant`, nazev"), rows);
+}
+
+bool QueryGroupRows(DbConnection &conn, const QString &where, const QVariantList &values, const QString &order,
+                    QVector<GroupRow> *rows)
+{
     QSqlQuery q = conn.query();
     q.setForwardOnly(true);
     const QString sql = QStringLiteral("SELECT id, `Grant`, Ucet, Nazev, Castka_plan, Castka_cerpani, Zustatek, Procent "
                                        "FROM SkupUctuGrant ") +
-                        (c.isEmpty() ? QString() : QStringLiteral("WHERE ") + c.where) +
-                        QStringLiteral(" ORDER BY `grant`, nazev");
-    if (!conn.exec(q, sql, c.values))
+                        (where.isEmpty() ? QString() : QStringLiteral("WHERE ") + where) +
+                        QStringLiteral(" ORDER BY ") + order;
+    if (!conn.exec(q, sql, values))
         return false;
     rows->clear();
     while (q.next()) {

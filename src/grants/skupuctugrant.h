@@ -4,6 +4,7 @@
 
 #include <QMap>
 #include <QString>
+#include <QVariantList>
 #include <QVector>
 
 class DbConnection;
@@ -34,6 +35,10 @@ QString BudgetCheck(const QString &grant, const QString &castka1, const QString 
 // Group rows sorted by grant and name, limited by the user's list of grants ("0": all).
 // On failure returns false; the connection keeps the error.
 bool LoadStredisko(DbConnection &conn, const QString &userFilter, QVector<GroupRow> *rows);
+
+// Group rows by a condition (empty: all) in an order, e.g. "`Grant` LIKE ?", "Ucet, id".
+bool QueryGroupRows(DbConnection &conn, const QString &where, const QVariantList &values, const QString &order,
+                    QVector<GroupRow> *rows);
 
 // Castka_plan, Zustatek and Procent of a row.
 bool SaveGroupFigures(DbConnection &conn, const GroupRow &row);
