@@ -9,6 +9,7 @@
 #include "core/session.h"
 #include "core/text.h"
 #include "grants/frmGrantPlan.h"
+#include "grants/frmGranty.h"
 #include "grants/frmStavyUctu.h"
 #include "grants/frmStredisko.h"
 #include "import/DefinFieldsExport.h"
@@ -27,6 +28,7 @@
 #include "stock/frmTyp.h"
 #include "stock/frmVydeji.h"
 
+#include <QAction>
 #include <QCoreApplication>
 #include <QFileInfo>
 
@@ -64,6 +66,12 @@ void RegisterScreens()
     RegisterCommand(QStringLiteral("mnuBuildSkup"), [](QWidget *main) { ShowStavyUctu(main, false); });
     RegisterCommand(QStringLiteral("mnuSkupiny"), [](QWidget *main) { ShowStavyUctu(main, true); });
     RegisterCommand(QStringLiteral("mnuRozpocet"), [](QWidget *main) { ShowGrantPlan(main); });
+    // Drawdown: the grid is locked while the heading "Správa GRANTu" is off for the user.
+    RegisterCommand(QStringLiteral("mnuGrantTree"), [](QWidget *main) {
+        const QAction *granty = main ? main->findChild<QAction *>(QStringLiteral("mnuGranty")) : nullptr;
+        ShowGranty(main, false, !granty || granty->isEnabled());
+    });
+    RegisterCommand(QStringLiteral("mnuActualSkup"), [](QWidget *main) { ShowGranty(main, true); });
 
     // Orders.
     RegisterCommand(QStringLiteral("mnuObjednVyd"), ShowArchObj);

@@ -252,6 +252,20 @@ bool LoadGrantHeads(DbConnection &conn, const QString &userFilter, QVector<Grant
     return true;
 }
 
+bool RepairGrantyPlan(DbConnection &conn)
+{
+    return conn.exec(QStringLiteral("UPDATE GrantyPlan SET archiv='0' WHERE archiv IS NULL OR TRIM(archiv)=''")) &&
+           conn.exec(QStringLiteral("UPDATE GrantyPlan SET Poskytnute='0,00' WHERE Poskytnute IS NULL"));
+}
+
+bool SaveGrantAmount(DbConnection &conn, const QString &grant, GrantAmount which, const QString &value)
+{
+    return conn.exec(which == GrantAmount::Castka1
+                         ? QStringLiteral("UPDATE GrantyPlan SET `castka1` = ? WHERE `_grant` = ?")
+                         : QStringLiteral("UPDATE GrantyPlan SET `poskytnute` = ? WHERE `_grant` = ?"),
+                     {value, grant});
+}
+
 bool LoadGrantGroups(DbConnection &conn, const QString &grant, QVector<GroupRow> *rows)
 {
     if (grant.isEmpty())

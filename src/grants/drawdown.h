@@ -117,6 +117,13 @@ struct GrantHead {
 bool LoadGrantHeads(DbConnection &conn, const QString &userFilter, QVector<GrantHead> *grants,
                     bool withArchived = false);
 
+// What the drawdown screen repairs on opening: archiv empty or null becomes "0", a null
+// Poskytnute "0,00".
+bool RepairGrantyPlan(DbConnection &conn);
+// Castka1 (budget) or Poskytnute of a grant, edited in the grants grid: stored formatted.
+enum class GrantAmount { Castka1, Poskytnute };
+bool SaveGrantAmount(DbConnection &conn, const QString &grant, GrantAmount which, const QString &value);
+
 // The group rows of a grant (Grant like grant) sorted by Ucet; with an empty grant, all rows.
 bool LoadGrantGroups(DbConnection &conn, const QString &grant, QVector<GroupRow> *rows);
 

@@ -124,31 +124,16 @@ void frmStredisko::showTotals()
 
 bool frmStredisko::editPlan(int row, const QString &value)
 {
-    GroupRow edited = m_rows.at(row);
-    edited.plan = value;
-    SpoctiRadek(edited);
     DbConnection conn(ConnStrGranty());
-    if (!conn.isOpen() || !SaveGroupFigures(conn, edited))
+    if (!conn.isOpen() || !StoreGroupPlan(conn, m_rows[row], value))
         return ShowDbError(conn);
-    m_rows[row] = edited;
     showTotals();
     return true;
 }
 
 void frmStredisko::cmdFind_Click()
 {
-    const std::optional<QString> answer = InputBox(QStringLiteral("Zadejte číslo GRANTu:"), QStringLiteral("Find"));
-    if (!answer || answer->trimmed().isEmpty())
-        return;
-    const QString number = answer->trimmed();
-    for (int i = 0; i < m_rows.size(); ++i) {
-        if (m_rows.at(i).grant.startsWith(number)) {
-            DataGrid1->selectRow(i);
-            DataGrid1->scrollTo(m_model->index(i, 0));
-            return;
-        }
-    }
-    MsgBox(QStringLiteral("GRANT ") + number + QStringLiteral(" není najden..."));
+    FindGrantRow(DataGrid1, [this](int row) { return m_rows.at(row).grant; });
 }
 
 void frmStredisko::cmdDelete_Click()

@@ -33,7 +33,7 @@ void LabelRow(BuildObjLJ &html, const QString &size, const QString &label, const
 }
 
 // A row of a bordered table: every cell has the top and left border, the last also the right;
-// extra borders (the total row's) come on top.
+// a heading row has a bottom border too.
 void BorderedRow(BuildObjLJ &html, const QString &size, const QStringList &cells, int firstRight,
                  const QStringList &extra = {}, const QString &background = QString())
 {
@@ -51,7 +51,34 @@ void BorderedRow(BuildObjLJ &html, const QString &size, const QStringList &cells
     html.Line(QStringLiteral("  </tr>"));
 }
 
+// The total row under a bordered table: a line of 2px above, 1px below, every cell right-aligned.
+void TotalRow(BuildObjLJ &html, const QString &size, const QStringList &cells)
+{
+    html.Line(QStringLiteral("  <tr>"));
+    for (const QString &cell : cells)
+        html.Line(QStringLiteral("    <td align=right style='border-top:2px solid black;border-bottom:") + Border +
+                  QStringLiteral("'>") + Font(size, cell) + QStringLiteral("</td>"));
+    html.Line(QStringLiteral("  </tr>"));
+}
+
 QString Sum(double value) { return FormatAmount(value); }
+
+// The head of a page up to its body, as the group reports write it.
+void PageHead(BuildObjLJ &html, const QString &title)
+{
+    html.Line(QStringLiteral("<HTML><HEAD><TITLE>") + title + QStringLiteral("</TITLE>"));
+    html.Line(ReportMetaLine());
+    html.Line(QStringLiteral("</HEAD>"));
+    html.Line(QStringLiteral("<body bgcolor=#FFFFFF topmargin=0>"));
+}
+
+// The first row of a report's first table: the product mark.
+void ProductRow(BuildObjLJ &html)
+{
+    html.Line(QStringLiteral("    <tr>"));
+    html.Line(ProductCellLine());
+    html.Line(QStringLiteral("    </tr>"));
+}
 } // namespace
 
 QString ReportPath()
@@ -107,14 +134,9 @@ void CreateSestavuUctu(BuildObjLJ &html, const GrantHead &grant, const QVector<G
     QString filter = groups.isEmpty() ? QString() : groups.first().ucet;
     filter.replace(QLatin1Char(','), QLatin1String(", "));
 
-    html.Line(QStringLiteral("<HTML><HEAD><TITLE>Fondarix</TITLE>"));
-    html.Line(ReportMetaLine());
-    html.Line(QStringLiteral("</HEAD>"));
-    html.Line(QStringLiteral("<body bgcolor=#FFFFFF topmargin=0>"));
+    PageHead(html, QStringLiteral("Fondarix"));
     html.Line(QStringLiteral("<TABLE border=0 width=100%>"));
-    html.Line(QStringLiteral("    <tr>"));
-    html.Line(ProductCellLine());
-    html.Line(QStringLiteral("    </tr>"));
+    ProductRow(html);
     LabelRow(html, s, QStringLiteral("GRANT : "), grant.grant);
     LabelRow(html, s, QStringLiteral("Název : "), grant.castka2);
     LabelRow(html, s, QStringLiteral("Skupina účtů : "), filter);
@@ -130,9 +152,7 @@ void CreateSestavuUctu(BuildObjLJ &html, const GrantHead &grant, const QVector<G
     for (const GroupRow &r : groups)
         BorderedRow(html, s, {CellText(r.nazev), r.plan, r.cerpani, r.zustatek, r.procent}, 1);
     const GroupTotals t = SumGroupRows(groups);
-    BorderedRow(html, s,
-                {QStringLiteral("Celkem za GRANT, Kč"), Sum(t.plan), Sum(t.cerpani), Sum(t.zustatek), QStringLiteral("&nbsp;")},
-                0, {QStringLiteral("border-top:2px solid black"), QStringLiteral("border-bottom:") + Border});
+    TotalRow(html, s, {QStringLiteral("Celkem za GRANT, Kč"), Sum(t.plan), Sum(t.cerpani), Sum(t.zustatek), QStringLiteral("&nbsp;")});
     html.Line(QStringLiteral("</TABLE></CENTER></DIV></CENTER></DIV></BODY></HTML>"));
 }
 
@@ -150,9 +170,7 @@ void GrantListReport(BuildObjLJ &html, const QVector<GrantHead> &grants, const Q
     html.Line(QStringLiteral("<body bgcolor=#FFFFFF>"));
     html.Line(QStringLiteral("<div align=center><center>"));
     html.Line(QStringLiteral("<TABLE cellpadding='3' cellspacing='0' border='0' width='100%'>"));
-    html.Line(QStringLiteral("    <tr>"));
-    html.Line(ProductCellLine());
-    html.Line(QStringLiteral("    </tr>"));
+    ProductRow(html);
     html.Line(QStringLiteral("    <tr>"));
     html.Line(QStringLiteral("      <td colspan=5><strong>") +
               Font(s, QStringLiteral("Seznam GRANTu za období ") + CellText(from) + QStringLiteral(" - ") + CellText(to)) +
@@ -183,8 +201,7 @@ void GrantListReport(BuildObjLJ &html, const QVector<GrantHead> &grants, const Q
         provided += AmountValue(AmountText(g.poskytnute));
         drawn += c1 - c3;
     }
-    BorderedRow(html, s, {QStringLiteral("Celkem, Kč"), Sum(plan), Sum(rest), Sum(provided), Sum(drawn)}, 0,
-                {QStringLiteral("border-top:2px solid black"), QStringLiteral("border-bottom:") + Border});
+    TotalRow(html, s, {QStringLiteral("Celkem, Kč"), Sum(plan), Sum(rest), Sum(provided), Sum(drawn)});
     html.Line(QStringLiteral("</TABLE></center></div></body></html>"));
 }
 
@@ -209,14 +226,9 @@ void GeneratorList(BuildObjLJ &html, const ListSpec &list)
 void GeneratorListPage(BuildObjLJ &html, const ListSpec &list)
 {
     const QString s = ReportFontSize(list.size);
-    html.Line(QStringLiteral("<HTML><HEAD><TITLE>List.htm</TITLE>"));
-    html.Line(ReportMetaLine());
-    html.Line(QStringLiteral("</HEAD>"));
-    html.Line(QStringLiteral("<body bgcolor=#FFFFFF topmargin=0>"));
+    PageHead(html, QStringLiteral("List.htm"));
     html.Line(QStringLiteral("<TABLE border=0 width=100%>"));
-    html.Line(QStringLiteral("    <tr>"));
-    html.Line(ProductCellLine());
-    html.Line(QStringLiteral("    </tr>"));
+    ProductRow(html);
     LabelRow(html, s, QStringLiteral("GRANT : "), list.grant + QLatin1Char(' ') + list.selection);
     html.Line(QStringLiteral("</TABLE>"));
     GeneratorList(html, list);
@@ -225,6 +237,8 @@ void GeneratorListPage(BuildObjLJ &html, const ListSpec &list)
 
 void SelectionReport(BuildObjLJ &html, ListSpec list, const SelectionSums &sums)
 {
+    if (list.rows.isEmpty())
+        return;
     list.size = ReportFontSize(QString::number(ReportFontSize(list.size).toInt() - 2));
     const QString s = list.size;
     html.Line(QStringLiteral("<!DOCTYPE HTML PUBLIC \"-//W3C//DTD HTML 4.0 Transitional//EN\">"));
@@ -234,9 +248,7 @@ void SelectionReport(BuildObjLJ &html, ListSpec list, const SelectionSums &sums)
     html.Line(QStringLiteral("</HEAD>"));
     html.Line(QStringLiteral("<BODY bgColor=#ffffff>"));
     html.Line(QStringLiteral("<TABLE border=0 width=100%>"));
-    html.Line(QStringLiteral("    <tr>"));
-    html.Line(ProductCellLine());
-    html.Line(QStringLiteral("    </tr>"));
+    ProductRow(html);
     LabelRow(html, s, QStringLiteral("GRANT : "), list.grant + QLatin1Char(' ') + list.selection);
     html.Line(QStringLiteral("</TABLE>"));
     GeneratorList(html, list);
@@ -268,14 +280,9 @@ void PrintSkupUctu(BuildObjLJ &html, const QVector<GroupRow> &groups, const QVec
                    const QString &size)
 {
     const QString s = ReportFontSize(size);
-    html.Line(QStringLiteral("<HTML><HEAD><TITLE>Fondarix</TITLE>"));
-    html.Line(ReportMetaLine());
-    html.Line(QStringLiteral("</HEAD>"));
-    html.Line(QStringLiteral("<body bgcolor=#FFFFFF topmargin=0>"));
+    PageHead(html, QStringLiteral("Fondarix"));
     html.Line(QStringLiteral("<TABLE border=0 width=700>"));
-    html.Line(QStringLiteral("    <tr>"));
-    html.Line(ProductCellLine());
-    html.Line(QStringLiteral("    </tr>"));
+    ProductRow(html);
     html.Line(QStringLiteral("</TABLE>"));
     // The head of a grant: the first register row whose number begins with the grant's.
     const auto headOf = [&](const QString &grant) {
@@ -305,9 +312,7 @@ void PrintSkupUctu(BuildObjLJ &html, const QVector<GroupRow> &groups, const QVec
         for (const GroupRow &r : rows)
             BorderedRow(html, s, {CellText(r.nazev), r.plan, r.cerpani, r.zustatek, r.procent}, 1);
         const GroupTotals t = SumGroupRows(rows);
-        BorderedRow(html, s, {QStringLiteral("Celkem za GRANT, Kč"), Sum(t.plan), Sum(t.cerpani), Sum(t.zustatek),
-                              QStringLiteral("&nbsp;")},
-                    0, {QStringLiteral("border-top:2px solid black"), QStringLiteral("border-bottom:") + Border});
+        TotalRow(html, s, {QStringLiteral("Celkem za GRANT, Kč"), Sum(t.plan), Sum(t.cerpani), Sum(t.zustatek), QStringLiteral("&nbsp;")});
         html.Line(QStringLiteral("</TABLE>"));
         from = to;
     }

@@ -55,6 +55,7 @@ void GeneratorListPage(BuildObjLJ &html, const ListSpec &list);
 
 // The selection of the drawdown screen: its head, the list, and the block of the selection's
 // sums ("Rozpočet za výběr, Kč : " ...). size is the screen's size; two less is used.
+// Writes nothing for no rows.
 struct SelectionSums {
     QString grant, name;
     double plan = 0, cerpani = 0, zustatek = 0;

@@ -1,5 +1,7 @@
 #include "grants/screenparts.h"
 
+#include "core/msg.h"
+
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -34,4 +36,21 @@ QPushButton *CommandButton(QWidget *screen, const char *name, const QString &cap
     button->setObjectName(QLatin1String(name));
     button->setAutoDefault(false);
     return button;
+}
+
+void FindGrantRow(QTableView *grid, const std::function<QString(int row)> &grantOf)
+{
+    const std::optional<QString> answer = InputBox(QStringLiteral("Zadejte číslo GRANTu:"), QStringLiteral("Find"));
+    if (!answer || answer->trimmed().isEmpty())
+        return;
+    const QString number = answer->trimmed();
+    const int rows = grid->model()->rowCount();
+    for (int i = 0; i < rows; ++i) {
+        if (grantOf(i).startsWith(number, Qt::CaseInsensitive)) {
+            grid->selectRow(i);
+            grid->scrollTo(grid->model()->index(i, 0));
+            return;
+        }
+    }
+    MsgBox(QStringLiteral("GRANT ") + number + QStringLiteral(" není najden..."));
 }

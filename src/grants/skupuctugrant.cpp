@@ -98,6 +98,17 @@ bool SaveGroupFigures(DbConnection &conn, const GroupRow &row)
                      {row.plan, row.zustatek, row.procent, row.id});
 }
 
+bool StoreGroupPlan(DbConnection &conn, GroupRow &row, const QString &value)
+{
+    GroupRow edited = row;
+    edited.plan = value;
+    SpoctiRadek(edited);
+    if (!SaveGroupFigures(conn, edited))
+        return false;
+    row = edited;
+    return true;
+}
+
 bool DeleteGroupRow(DbConnection &conn, int id)
 {
     return conn.exec(QStringLiteral("DELETE FROM skupuctugrant WHERE id=?"), {id});

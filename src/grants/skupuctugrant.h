@@ -42,6 +42,8 @@ bool QueryGroupRows(DbConnection &conn, const QString &where, const QVariantList
 
 // Castka_plan, Zustatek and Procent of a row.
 bool SaveGroupFigures(DbConnection &conn, const GroupRow &row);
+// A typed Castka_plan: the row recomputed (SpoctiRadek) and stored; the row changes only on success.
+bool StoreGroupPlan(DbConnection &conn, GroupRow &row, const QString &value);
 bool DeleteGroupRow(DbConnection &conn, int id);
 
 // Removes every group row of the grant DelGrant.
