@@ -113,8 +113,8 @@ int ReportGrants(const CliArgs &args)
 const CliRegistration recalc({
     QStringLiteral("recalc"),
     QStringLiteral("[--grant N]"),
-    QStringLiteral("Přepočet všech GRANTu (the user's grants), or with --grant the Aktualizace skupiny of one grant; "
-                   "all is written in one transaction"),
+    QStringLiteral("Přepočet všech GRANTu (GRANTy uživatele), s --grant Aktualizace skupiny jednoho GRANTu; "
+                   "vše se zapíše v jedné transakci"),
     {GrantOption},
     {},
     0,
@@ -125,7 +125,7 @@ const CliRegistration recalc({
 const CliRegistration reportGroups({
     QStringLiteral("report groups"),
     QStringLiteral("--grant N [--size S]"),
-    QStringLiteral("Tisk všech skupin účtů of a grant into List.htm; prints the file's path"),
+    QStringLiteral("Tisk všech skupin účtů jednoho GRANTu do List.htm; vypíše cestu k souboru"),
     {GrantOption, SizeOption},
     {},
     0,
@@ -133,7 +133,7 @@ const CliRegistration reportGroups({
     [](const CliArgs &args) {
         if (args.has(GrantOption))
             return ReportGroups(args);
-        CliFail(QStringLiteral("report groups: --grant N is required"));
+        CliFail(QStringLiteral("report groups: chybí volba --grant N"));
         return CliUsage;
     },
 });
@@ -141,7 +141,7 @@ const CliRegistration reportGroups({
 const CliRegistration reportGrants({
     QStringLiteral("report grants"),
     QStringLiteral("[--size S]"),
-    QStringLiteral("Tisk seznamu GRANTu (the user's grants) into List.htm; prints the file's path"),
+    QStringLiteral("Tisk seznamu GRANTu (GRANTy uživatele) do List.htm; vypíše cestu k souboru"),
     {SizeOption},
     {},
     0,
