@@ -121,6 +121,17 @@ bool CliOpenSession(const CliArgs &args)
     return true;
 }
 
+bool CliOpenCentre(const CliArgs &args, std::unique_ptr<DbConnection> *conn)
+{
+    if (!CliOpenSession(args))
+        return false;
+    *conn = std::make_unique<DbConnection>(ConnStrCentre());
+    if ((*conn)->isOpen())
+        return true;
+    CliFail(QStringLiteral("Nelze se připojit k databázi střediska: %1").arg((*conn)->errorText()));
+    return false;
+}
+
 void CliProgress(const QString &text)
 {
     if (isatty(fileno(stderr))) {

@@ -10,6 +10,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 constexpr int CliOk = 0;
@@ -60,6 +61,11 @@ private:
 // without one, an administrator of the first centre with no grant filter. Prints the
 // reason and returns false when the server or the user cannot be had.
 bool CliOpenSession(const CliArgs &args);
+
+class DbConnection;
+// The session as above and a connection to its centre's database; false, with the reason
+// printed, when either cannot be had.
+bool CliOpenCentre(const CliArgs &args, std::unique_ptr<DbConnection> *conn);
 
 // A progress line on stderr ("\r"-rewritten on a terminal, one line per call otherwise).
 void CliProgress(const QString &text);

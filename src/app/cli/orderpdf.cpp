@@ -13,26 +13,12 @@
 #include <QFileInfo>
 #include <QSqlRecord>
 
-#include <memory>
-
 namespace {
-// The centre's connection of a verb, or a refusal said on stderr.
-bool openCentre(const CliArgs &args, std::unique_ptr<DbConnection> *conn)
-{
-    if (!CliOpenSession(args))
-        return false;
-    *conn = std::make_unique<DbConnection>(ConnStrCentre());
-    if ((*conn)->isOpen())
-        return true;
-    CliFail(QStringLiteral("Nelze se připojit k databázi střediska: %1").arg((*conn)->errorText()));
-    return false;
-}
-
 int orderPdf(const CliArgs &args)
 {
     const QString cisObj = args.at(0).trimmed();
     std::unique_ptr<DbConnection> centre;
-    if (!openCentre(args, &centre))
+    if (!CliOpenCentre(args, &centre))
         return CliFailed;
     {
         // The letterhead and the pictures, as the archive has them when it opens.
@@ -63,7 +49,7 @@ int ordersExport(const CliArgs &args)
 {
     const QString firma = args.at(0);
     std::unique_ptr<DbConnection> centre;
-    if (!openCentre(args, &centre))
+    if (!CliOpenCentre(args, &centre))
         return CliFailed;
     QString path, error;
     CliProgress(QStringLiteral("orders export: objednávky firmy %1").arg(firma));
@@ -82,7 +68,7 @@ int ordersImport(const CliArgs &args)
 {
     const QString path = QFileInfo(args.at(0)).absoluteFilePath();
     std::unique_ptr<DbConnection> centre;
-    if (!openCentre(args, &centre))
+    if (!CliOpenCentre(args, &centre))
         return CliFailed;
     QString error;
     CliProgress(QStringLiteral("orders import: čtu %1").arg(path));

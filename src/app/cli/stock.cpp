@@ -11,20 +11,7 @@
 
 #include <QFileInfo>
 
-#include <memory>
-
 namespace {
-bool openCentre(const CliArgs &args, std::unique_ptr<DbConnection> *conn)
-{
-    if (!CliOpenSession(args))
-        return false;
-    *conn = std::make_unique<DbConnection>(ConnStrCentre());
-    if ((*conn)->isOpen())
-        return true;
-    CliFail(QStringLiteral("Nelze se připojit k databázi střediska: %1").arg((*conn)->errorText()));
-    return false;
-}
-
 QString outPath(const CliArgs &args, const QString &defaultPath)
 {
     return args.has(QStringLiteral("--out")) ? QFileInfo(args.value(QStringLiteral("--out"))).absoluteFilePath()
@@ -34,7 +21,7 @@ QString outPath(const CliArgs &args, const QString &defaultPath)
 int issues(const CliArgs &args)
 {
     std::unique_ptr<DbConnection> conn;
-    if (!openCentre(args, &conn))
+    if (!CliOpenCentre(args, &conn))
         return CliFailed;
     const QString sklad = args.value(QStringLiteral("--sklad"));
     const QString path = outPath(args, VydejSummaryPath(Session().TempDir, sklad));
@@ -53,7 +40,7 @@ int issues(const CliArgs &args)
 int ordered(const CliArgs &args)
 {
     std::unique_ptr<DbConnection> conn;
-    if (!openCentre(args, &conn))
+    if (!CliOpenCentre(args, &conn))
         return CliFailed;
     const QString sklad = args.value(QStringLiteral("--sklad"));
     ObjednFilter filter;
@@ -91,7 +78,7 @@ int ordered(const CliArgs &args)
 int find(const CliArgs &args)
 {
     std::unique_ptr<DbConnection> conn;
-    if (!openCentre(args, &conn))
+    if (!CliOpenCentre(args, &conn))
         return CliFailed;
     const QString text = args.at(0);
     if (text.isEmpty())
