@@ -504,21 +504,6 @@ TEST(frmDocuments, OpensFromTheGrantRegisterForTheSelectedGrant)
     EXPECT_EQ(rows, 2);
 }
 
-namespace {
-struct CliRun {
-    int code;
-    QString out;
-    QString err;
-};
-CliRun Cli(const QStringList &args)
-{
-    QProcess p;
-    p.start(QStringLiteral(FONDARIX_BINARY_DIR "/src/app/fondarix-cli"), args);
-    p.waitForFinished(60000);
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
-}
-} // namespace
-
 TEST(DocumentVerbs, AddListGetAndTheirRefusals)
 {
     FreshDatabases();

@@ -181,30 +181,15 @@ TEST_F(Exchange, RefusedFilesStoreNothing)
     EXPECT_EQ(error, QStringLiteral("Soubor /nonexistent/x.txt nelze otevřít."));
 }
 
-namespace {
-struct CliRun {
-    int code;
-    QString out;
-    QString err;
-};
-CliRun Cli(const QStringList &args)
-{
-    QProcess p;
-    p.start(QStringLiteral(FONDARIX_BINARY_DIR "/src/app/fondarix-cli"), args);
-    p.waitForFinished(60000);
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
-}
-} // namespace
-
 // The three verbs on the demo institute, as a user runs them, and their refusals.
 TEST_F(Exchange, BatchVerbs)
 {
     const QString out = QDir(testenv::SamplesDir(QStringLiteral("pdf"))).filePath(QStringLiteral("cli-0043.pdf"));
-    const CliRun pdf = Cli({"order", "pdf", "0043/25052024", "--out", out, "--login", "cerny"});
+    const testenv::CliRun pdf = testenv::Cli({"order", "pdf", "0043/25052024", "--out", out, "--login", "cerny"});
     ASSERT_EQ(pdf.code, 0) << pdf.err.toStdString();
     EXPECT_EQ(pdf.out.trimmed(), QStringLiteral("order pdf: 0043/25052024, druh 3: %1, %2 bajtů").arg(out).arg(QFileInfo(out).size()));
 
-    const CliRun exported = Cli({"orders", "export", "Verkon s.r.o."});
+    const testenv::CliRun exported = testenv::Cli({"orders", "export", "Verkon s.r.o."});
     ASSERT_EQ(exported.code, 0) << exported.err.toStdString();
     const QString file = Session().TempDir + QStringLiteral("/SMTP_Email/VERKON_S.R.O..txt");
     const QString count = testenv::Column(Centre, QStringLiteral("SELECT COUNT(*) FROM archobj WHERE Firma LIKE 'VERKON%'")).value(0);
@@ -213,7 +198,7 @@ TEST_F(Exchange, BatchVerbs)
                   .arg(count, file));
 
     const int before = Rows();
-    const CliRun imported = Cli({"orders", "import", file});
+    const testenv::CliRun imported = testenv::Cli({"orders", "import", file});
     ASSERT_EQ(imported.code, 0) << imported.err.toStdString();
     EXPECT_EQ(imported.out, QStringLiteral("orders import: 1 objednávek uloženo do archobj databáze fondarix_ofk\nExport file complete\n"));
     EXPECT_EQ(Added(QStringLiteral("Grant"), before), QStringList{QStringLiteral("Verkon s.r.o.")});
@@ -231,7 +216,7 @@ TEST_F(Exchange, BatchVerbs)
         {{"orders", "import", "a", "b"}, 2, ""},
     };
     for (const auto &r : refusals) {
-        const CliRun run = Cli(r.args);
+        const testenv::CliRun run = testenv::Cli(r.args);
         EXPECT_EQ(run.code, r.code) << r.args.join(' ').toStdString();
         EXPECT_TRUE(run.err.contains(QString::fromUtf8(r.message))) << run.err.toStdString();
     }

@@ -12,18 +12,6 @@
 using namespace testenv;
 
 namespace {
-struct CliRun {
-    int code;
-    QString out;
-    QString err;
-};
-CliRun Cli(const QStringList &args)
-{
-    QProcess p;
-    p.start(QStringLiteral(FONDARIX_BINARY_DIR "/src/app/fondarix-cli"), args);
-    p.waitForFinished(60000);
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
-}
 QString Html(const QString &path)
 {
     QFile f(path);

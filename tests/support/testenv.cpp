@@ -213,6 +213,14 @@ ProcessEndRecorder::ProcessEndRecorder()
 
 ProcessEndRecorder::~ProcessEndRecorder() { SetEndProcessHandler({}); }
 
+CliRun Cli(const QStringList &args)
+{
+    QProcess p;
+    p.start(QStringLiteral(FONDARIX_BINARY_DIR "/src/app/fondarix-cli"), args);
+    p.waitForFinished(60000);
+    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
+}
+
 } // namespace testenv
 
 void PrintTo(const QString &text, std::ostream *os) { *os << '"' << text.toStdString() << '"'; }

@@ -54,6 +54,14 @@ QStringList Column(const QString &database, const QString &sql);
 // Runs a statement on a database; fails the test when it fails.
 void Exec(const QString &database, const QString &sql);
 
+// Runs the batch program of this build with the test's environment and waits for it.
+struct CliRun {
+    int code;
+    QString out;
+    QString err;
+};
+CliRun Cli(const QStringList &args);
+
 // Records every message shown and gives scripted answers; the default answer is OK
 // (or, for an input box, Cancel). Installed while it lives.
 struct Message {
