@@ -2,11 +2,10 @@
 
 #include "core/config.h"
 #include "core/db.h"
+#include "core/institution.h"
 #include "orders/objsave.h"
 
 #include <QDir>
-#include <QFile>
-#include <QImage>
 
 QString FooterHtml(DbConnection &sys, const QString &typ, const QString &login)
 {
@@ -52,20 +51,6 @@ QString footerColumn(DbConnection &centre, const char *column, const QString &ci
     return q.value(0).toString();
 }
 
-// Writes the picture to folder/name unless it is there; false when the bytes are no image
-// or the name could climb out of the folder.
-bool pictureToFolder(const QByteArray &blob, const QString &name, const QString &folder)
-{
-    if (name.isEmpty() || name == QLatin1String(".") || name == QLatin1String("..") || QImage::fromData(blob).isNull())
-        return false;
-    const QString path = QDir(folder).filePath(name);
-    if (QFile::exists(path))
-        return true;
-    QDir().mkpath(folder);
-    QFile f(path);
-    return f.open(QIODevice::WriteOnly) && f.write(blob) == blob.size();
-}
-
 QString lastPathPiece(const QString &stored)
 {
     return QString(stored).replace(QLatin1Char('\\'), QLatin1Char('/')).section(QLatin1Char('/'), -1);
@@ -88,18 +73,7 @@ QString FooterPictureHtml(DbConnection &sys, const QString &fileName, const QStr
             return QString();
     }
     const QString name = lastPathPiece(q.value(0).toString());
-    if (!pictureToFolder(q.value(1).toByteArray(), name, folder))
+    if (!PictureToFolder(q.value(1).toByteArray(), name, folder))
         return QString();
     return QStringLiteral("<img src='file:") + QDir(folder).filePath(name) + QStringLiteral("'>");
-}
-
-QString LogoToTemp(DbConnection &sys, const QString &folder)
-{
-    QSqlQuery q = sys.query();
-    if (!sys.exec(q, QStringLiteral("SELECT oleObrazek FROM sys_logo_kvl WHERE typ = 1")) || !q.next())
-        return QString();
-    const QString name = QStringLiteral("logo_kvl_tmp.bmp");
-    // A fresh copy each time: the logo may have changed since the last form.
-    QFile::remove(QDir(folder).filePath(name));
-    return pictureToFolder(q.value(0).toByteArray(), name, folder) ? QDir(folder).filePath(name) : QString();
 }

@@ -25,6 +25,3 @@ QString ObjFooterType(DbConnection &centre, const QString &cisObj);
 // the stored path) unless the file is there already. "<img src='file:...'>", or empty text
 // when there is no picture or the BLOB is not an image.
 QString FooterPictureHtml(DbConnection &sys, const QString &fileName, const QString &login, const QString &folder);
-// The institution's logo (sys_logo_kvl, typ 1) as "logo_kvl_tmp.bmp" in the folder, for the
-// PDF form; its path, or empty text when there is no usable logo.
-QString LogoToTemp(DbConnection &sys, const QString &folder);

@@ -408,14 +408,6 @@ QString WriteObjFormFile(DbConnection &centre, const ObjFormContext &ctx, const 
     return path;
 }
 
-QString ObjBankAccount(const QString &ucet, const QString &ucet2, const QString &newdateUcet, const QDateTime &now)
-{
-    const double from = newdateUcet.trimmed().toDouble();
-    if (from != 0 && NewdateUcetText(now).toDouble() > from && ucet2.trimmed() != QLatin1String("99999-999/0100"))
-        return ucet2;
-    return ucet.trimmed();
-}
-
 void ViewObjForm(const QString &centreDb, const QString &cisObj)
 {
     DbConnection sys(ConnStrSys());

@@ -26,10 +26,6 @@ struct ObjFormContext {
     bool systemXP = false;
     QString pictureFooter;                // "<img ...>" of the user's picture footer
 };
-// The account a form prints: the second one once its date (seconds as NewdateUcetText
-// counts them; 0 means never) has passed, unless it is still the placeholder
-// "99999-999/0100"; else the first one, trimmed.
-QString ObjBankAccount(const QString &ucet, const QString &ucet2, const QString &newdateUcet, const QDateTime &now);
 // Reads the context for the logged-in user; the picture footer goes to tempDir.
 ObjFormContext LoadObjFormContext(DbConnection &sys, const QString &tempDir);
 

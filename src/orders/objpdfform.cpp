@@ -2,6 +2,7 @@
 
 #include "core/config.h"
 #include "core/db.h"
+#include "core/institution.h"
 #include "core/session.h"
 #include "core/text.h"
 #include "orders/objfooter.h"
@@ -114,33 +115,12 @@ private:
     int32_t total_ = 0;
 };
 
-// The text with blanks added up to each column; a text longer than its column
-// is followed by one blank.
-QString AtColumns(const std::initializer_list<std::pair<int, QString>> &cells)
-{
-    QString row;
-    for (const auto &[column, value] : cells) {
-        if (row.size() < column)
-            row += QString(column - row.size(), QLatin1Char(' '));
-        else if (!row.isEmpty())
-            row += QLatin1Char(' ');
-        row += value;
-    }
-    return row;
-}
-
 // The rows of the institution's data at the foot of the page.
 void LetterheadRows(PageRun &page, const ObjPdfLetterhead &head)
 {
-    page.text(2, 1.5f,
-              QStringLiteral("IČO                                                         Bankovní spojení"
-                             "                                  Telefon                                Fax"
-                             "                                     E-mail"),
-              BodyFont, 8);
-    page.text(2, 1.2f,
-              AtColumns({{0, head.ICO}, {57, head.Banka}, {107, head.Telefon}, {141, head.Fax}, {176, head.Email}}),
-              BodyFont, 8);
-    page.text(2, 0.9f, AtColumns({{65, head.Ucet}, {205, head.Web}}), BodyFont, 8);
+    const QStringList rows = ::LetterheadRows(head);
+    for (int i = 0; i < 3; ++i)
+        page.text(2, LetterheadRowY[i], rows[i], BodyFont, 8);
 }
 
 // The five address lines (pieces 19, 21, ... 27) without "#"; empty ones are left out.
@@ -246,34 +226,6 @@ QString RichTextLines(const QString &html)
 }
 
 } // namespace
-
-ObjPdfLetterhead ReadObjPdfLetterhead()
-{
-    const SessionRecord &s = Session();
-    auto site = [](const char *key) {
-        return ClipIniValue(ReadProfileString(QStringLiteral("HLAVICKA"), QLatin1String(key), QString(), 255));
-    };
-    ObjPdfLetterhead head;
-    head.Firma = s.InstFirma.trimmed();
-    head.Adresa = s.InstAdresa.trimmed();
-    head.PscMesto = (s.InstPSC.trimmed() + QLatin1Char(' ') + s.InstMesto.trimmed()).trimmed();
-    head.ICO = s.InstICO.trimmed();
-    head.DIC = s.InstDIC.trimmed();
-    head.Banka = s.InstBanka.trimmed();
-    head.Ucet = ObjBankAccount(s.InstUcet, s.InstUcet2, s.InstNewdateUcet, QDateTime::currentDateTime());
-    head.Telefon = site("TELEFON");
-    head.Fax = site("FAX");
-    head.Email = site("EMAIL");
-    head.Web = site("WWW");
-    head.NameEn = site("NAZEV-ENG");
-    head.AddressEn = site("ADRESA-ENG");
-    head.DepartmentEn = site("ODDELENI-ENG");
-    if (head.NameEn.isEmpty())
-        head.NameEn = head.Firma;
-    if (head.AddressEn.isEmpty())
-        head.AddressEn = (head.Adresa + QStringLiteral(", ") + head.PscMesto).trimmed();
-    return head;
-}
 
 QString HtmlToPlain(const QString &Html)
 {

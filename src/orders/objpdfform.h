@@ -10,17 +10,6 @@
 class DbConnection;
 class QSqlRecord;
 
-// What the letterheads print of the institution: the session's settings
-// (sys_nastaveni) and the site's values of section "HLAVICKA" of the
-// configuration file (telephone, fax, e-mail, web, the English lines).
-struct ObjPdfLetterhead {
-    QString Firma, Adresa, PscMesto, ICO, DIC, Banka;
-    QString Ucet;   // the old or the new account, whichever applies today
-    QString Telefon, Fax, Email, Web;
-    QString NameEn, AddressEn, DepartmentEn;
-};
-ObjPdfLetterhead ReadObjPdfLetterhead();
-
 // The editor's HTML reduced to the body text of the Czech letter: line ends and
 // "&nbsp;" to blanks, "<o:p>" to the paragraph break "~", everything up to
 // "</head>" dropped, every other tag removed.

@@ -5,6 +5,7 @@
 #include "core/codepage.h"
 #include "fondarix_paths.h"
 #include "core/db.h"
+#include "core/institution.h"
 #include "core/session.h"
 #include "orders/objfooter.h"
 #include "orders/objhtml.h"
