@@ -390,8 +390,11 @@ void frmDocDesignForm::closeEvent(QCloseEvent *event)
 
 void frmDocDesignForm::cmdPDFForm_Click()
 {
+    DbConnection sys(ConnStrSys());
+    if (!OpenOrFatal(sys))
+        return;
     QString file;
-    if (!FormPdf(SessionDocument(), controlValues(), SessionFormParams(), NoView, &file))
+    if (!FormPdf(sys, SessionDocument(), controlValues(), SessionFormParams(), NoView, &file))
         MsgBox(QStringLiteral("Soubor %1 nelze vytvořit.").arg(file), MsgWarning);
 }
 

@@ -8,6 +8,8 @@
 
 #include <QComboBox>
 #include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -125,10 +127,11 @@ frmDocPacient::frmDocPacient(QWidget *parent) : QDialog(parent)
     cmdEditDoc = button("cmdEditDoc", "Editovat");
     cmdDelDoc = button("cmdDelDoc", "Smazat");
     cmdPDFForm = button("cmdPDFForm", "PDF");
+    cmdPDFList = button("cmdPDFList", "PDF všech");
     cmdPristup = button("cmdPristup", "Zamknout");
     cmdDesign = button("cmdDesign", "Studio");
     auto *docButtons = new QHBoxLayout;
-    for (QPushButton *b : {cmdAddDoc, cmdEditDoc, cmdDelDoc, cmdPDFForm, cmdPristup, cmdDesign})
+    for (QPushButton *b : {cmdAddDoc, cmdEditDoc, cmdDelDoc, cmdPDFForm, cmdPDFList, cmdPristup, cmdDesign})
         docButtons->addWidget(b);
     txtKorekce = new QPlainTextEdit(this);
     txtKorekce->setObjectName(QStringLiteral("txtKorekce"));
@@ -167,6 +170,7 @@ frmDocPacient::frmDocPacient(QWidget *parent) : QDialog(parent)
     connect(cmdEditDoc, &QPushButton::clicked, this, &frmDocPacient::cmdEditDoc_Click);
     connect(cmdDelDoc, &QPushButton::clicked, this, &frmDocPacient::cmdDelDoc_Click);
     connect(cmdPDFForm, &QPushButton::clicked, this, &frmDocPacient::cmdPDFForm_Click);
+    connect(cmdPDFList, &QPushButton::clicked, this, &frmDocPacient::cmdPDFList_Click);
     connect(cmdPristup, &QPushButton::clicked, this, &frmDocPacient::cmdPristup_Click);
     connect(cmdAddKorekce, &QPushButton::clicked, this, &frmDocPacient::cmdAddKorekce_Click);
     connect(cmdDesign, &QPushButton::clicked, this, &frmDocPacient::cmdDesign_Click);
@@ -285,6 +289,7 @@ void frmDocPacient::protocolChosen()
     cmdDelDoc->setEnabled(open);
     cmdPristup->setEnabled(open);
     cmdPDFForm->setEnabled(row != nullptr);
+    cmdPDFList->setEnabled(!m_protocols.empty());
     // Corrections are for closed protocols only.
     cmdAddKorekce->setEnabled(row && row->lock);
     txtNovaKorekce->setEnabled(row && row->lock);
@@ -429,6 +434,28 @@ void frmDocPacient::cmdPDFForm_Click()
     QString error;
     if (!ProtokolPdf(centre, sys, QString::number(row->key), NoView, QString(), nullptr, &error))
         MsgBox(error, MsgWarning);
+}
+
+// The list shown, each protocol to its own file under PROTOKOLY_SAVE; a whole list is not
+// opened file by file, the message names the folder instead.
+void frmDocPacient::cmdPDFList_Click()
+{
+    const Pacient *p = currentPacient();
+    if (!p || m_protocols.empty())
+        return;
+    DbConnection centre(ConnStrCentre()), sys(ConnStrSys());
+    if (!OpenOrFatal(centre) || !OpenOrFatal(sys))
+        return;
+    QStringList files;
+    QString error;
+    if (!ProtokolListPdf(centre, sys, p->key, currentFormId(), QString(), &files, &error)) {
+        MsgBox(error, MsgWarning);
+        return;
+    }
+    MsgBox(QStringLiteral("Protokoly pacienta (%1) jsou uloženy do složky: %2")
+               .arg(files.size())
+               .arg(QDir::toNativeSeparators(QFileInfo(files.value(0)).absolutePath())),
+           MsgInformation);
 }
 
 void frmDocPacient::cmdPristup_Click()

@@ -43,6 +43,7 @@ private:
     void cmdEditDoc_Click();
     void cmdDelDoc_Click();
     void cmdPDFForm_Click();
+    void cmdPDFList_Click();
     void cmdPristup_Click();
     void cmdAddKorekce_Click();
     void cmdDesign_Click();
@@ -60,7 +61,7 @@ private:
     QPlainTextEdit *txtKorekce;
     QLineEdit *txtNovaKorekce;
     QPushButton *cmdHledat, *cmdNewPac, *cmdDelPac, *cmdSavePac, *cmdAddDoc, *cmdEditDoc, *cmdDelDoc, *cmdPDFForm,
-        *cmdPristup, *cmdAddKorekce, *cmdDesign;
+        *cmdPDFList, *cmdPristup, *cmdAddKorekce, *cmdDesign;
 };
 
 void ShowDocPacient(QWidget *parent);

@@ -27,6 +27,14 @@ Pacient pacientOf(const QSqlQuery &q)
                    q.value(QStringLiteral("datapacient")).toString()};
 }
 
+std::vector<Pacient> pacientsOf(QSqlQuery &q)
+{
+    std::vector<Pacient> rows;
+    while (q.next())
+        rows.push_back(pacientOf(q));
+    return rows;
+}
+
 // The lists are read as stored: a trim would cut the CR LF that ends each position.
 ProtocolRow protocolOf(const QSqlQuery &q)
 {
@@ -104,10 +112,17 @@ std::optional<std::vector<Pacient>> SearchPacients(DbConnection &centre, const Q
         setError(error, centre.errorText());
         return std::nullopt;
     }
-    std::vector<Pacient> rows;
-    while (q.next())
-        rows.push_back(pacientOf(q));
-    return rows;
+    return pacientsOf(q);
+}
+
+std::optional<std::vector<Pacient>> PacientsByRegistration(DbConnection &centre, int id, QString *error)
+{
+    QSqlQuery q = centre.query();
+    if (!centre.exec(q, QStringLiteral("SELECT * FROM pacients WHERE id=? ORDER BY `key` ASC"), {id})) {
+        setError(error, centre.errorText());
+        return std::nullopt;
+    }
+    return pacientsOf(q);
 }
 
 int NewPacient(DbConnection &centre, const QDate &today, QString *error)
@@ -153,8 +168,8 @@ std::vector<ProtocolRow> ListProtocols(DbConnection &centre, int idPac, int form
 {
     std::vector<ProtocolRow> rows;
     QSqlQuery q = centre.query();
-    if (centre.exec(q, QStringLiteral("SELECT * FROM archiv_prot WHERE id_pac=? AND id=? ORDER BY `key` ASC"),
-                    {idPac, formId}))
+    if (centre.exec(q, QStringLiteral("SELECT * FROM archiv_prot WHERE id_pac=? AND (id=? OR ?=0) ORDER BY `key` ASC"),
+                    {idPac, formId, formId}))
         while (q.next())
             rows.push_back(protocolOf(q));
     return rows;

@@ -36,6 +36,9 @@ const QStringList &PacientSearchColumns();
 // text. An unknown column or a failing statement gives nullopt and the message in error.
 std::optional<std::vector<Pacient>> SearchPacients(DbConnection &centre, const QString &column,
                                                    const QString &text, QString *error);
+// The patients of that registration number ("Reg. číslo"); nullopt with the message in
+// error when the statement fails.
+std::optional<std::vector<Pacient>> PacientsByRegistration(DbConnection &centre, int id, QString *error);
 // Registers a new patient with the next registration number and today's date; its key.
 int NewPacient(DbConnection &centre, const QDate &today, QString *error);
 bool SavePacient(DbConnection &centre, const Pacient &pacient, QString *error);
@@ -54,6 +57,7 @@ struct ProtocolRow {
         color_fields, korekce_fields;
 };
 
+// The protocols of a patient on one form (formId 0: on every form), oldest first.
 std::vector<ProtocolRow> ListProtocols(DbConnection &centre, int idPac, int formId);
 std::optional<ProtocolRow> ReadProtocol(DbConnection &centre, int key);
 

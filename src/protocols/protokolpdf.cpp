@@ -2,6 +2,7 @@
 
 #include "core/config.h"
 #include "core/db.h"
+#include "core/institution.h"
 #include "core/session.h"
 #include "pdf/objpdf.h"
 #include "pdf/pdfformat.h"
@@ -124,9 +125,8 @@ int32_t firstPage(clsPDFCreator &pdf, const ProtocolPage &page, bool measure)
     run.lineTo(20.2f, 29);
     run.lineTo(20.2f, 25.5f);
     run.stroke();
-    const float rows[] = {1.5f, 1.2f, 0.9f};
     for (int i = 0; i < 3; ++i)
-        run.text(2, rows[i], page.letterhead.value(i), "Fnt1a", 8);
+        run.text(2, LetterheadRowY[i], page.letterhead.value(i), "Fnt1a", 8);
     if (hasLogo(page))
         run.image("Img1", 2.5f, 26.2f, 17.2f, 2.7f);
     if (!page.korekce.isEmpty())
@@ -148,32 +148,23 @@ int32_t correctionPage(clsPDFCreator &pdf, const ProtocolPage &page, bool measur
     return run.length();
 }
 
-// A text placed at fixed character positions of a line, blanks between.
-QString placed(std::initializer_list<std::pair<int, QString>> items)
+// The page of a saved row: the form's width from its definition, the institution's
+// letterhead and the logo already laid in the scratch folder.
+ProtocolPage pageOf(DbConnection &sys, const ProtocolRow &row, const QString &logoFile)
 {
-    QString line;
-    for (const auto &[at, text] : items) {
-        if (line.size() < at)
-            line += QString(at - line.size(), QLatin1Char(' '));
-        line += text;
-    }
-    return line;
+    const std::optional<FormHeader> form = ReadFormHeader(sys, row.id);
+    return {row.data_fields,  row.key_fields,   row.pozice_fields, row.type_fields,
+            row.font_fields,  row.bold_fields,  row.kursiv_fields, row.korekce_fields,
+            form ? ParseLocaleNumber(form->formParam.split(Tilde).value(2)) : 0,
+            LetterheadRows(ReadObjPdfLetterhead()), logoFile};
 }
 } // namespace
 
-QStringList LetterheadRows()
+QString ProtocolPdfPath(const QString &cisloProt, const QString &folderGiven)
 {
-    const SessionRecord &s = Session();
-    return {QStringLiteral("IČO                                                         Bankovní spojení                 "
-                           "                 Telefon                                Fax                                 "
-                           "    E-mail"),
-            placed({{0, s.InstICO}, {57, s.InstBanka}, {107, GetTelefon()}, {141, QString()}, {176, GetEmail()}}),
-            placed({{65, s.InstUcet}})};
-}
-
-QString ProtocolPdfPath(const QString &cisloProt)
-{
-    QString folder = GetSetting(QStringLiteral("NASTAVENI"), QStringLiteral("PROTOKOLY_SAVE"));
+    QString folder = folderGiven;
+    if (folder.isEmpty())
+        folder = GetSetting(QStringLiteral("NASTAVENI"), QStringLiteral("PROTOKOLY_SAVE"));
     if (folder.isEmpty())
         folder = Session().DirExe.isEmpty() ? QCoreApplication::applicationDirPath() : Session().DirExe;
     QString name = cisloProt;
@@ -231,15 +222,10 @@ bool ProtokolPdf(DbConnection &centre, DbConnection &sys, const QString &key, bo
             *error = QStringLiteral("Protokol %1 nebyl nalezen.").arg(key);
         return false;
     }
-    const std::optional<FormHeader> form = ReadFormHeader(sys, row->id);
-    ProtocolPage page{row->data_fields,  row->key_fields,   row->pozice_fields, row->type_fields,
-                      row->font_fields,  row->bold_fields,  row->kursiv_fields, row->korekce_fields,
-                      form ? ParseLocaleNumber(form->formParam.split(Tilde).value(2)) : 0,
-                      LetterheadRows(),  Session().TempDir + QStringLiteral("/logo_kvl_tmp.bmp")};
     const QString file = outFile.isEmpty() ? ProtocolPdfPath(row->cislo_prot) : outFile;
     if (fileOut)
         *fileOut = file;
-    if (!WriteProtocolPdf(page, file)) {
+    if (!WriteProtocolPdf(pageOf(sys, *row, LogoToTemp(sys, Session().TempDir)), file)) {
         if (error)
             *error = QStringLiteral("Soubor %1 nelze vytvořit.").arg(file);
         return false;
@@ -249,13 +235,30 @@ bool ProtokolPdf(DbConnection &centre, DbConnection &sys, const QString &key, bo
     return true;
 }
 
-bool FormPdf(clsDocument &doc, const std::vector<ControlValue> &controls, const QStringList &params, bool noView,
-             QString *fileOut)
+bool ProtokolListPdf(DbConnection &centre, DbConnection &sys, int idPac, int formId, const QString &folder,
+                     QStringList *files, QString *error)
+{
+    const QString logo = LogoToTemp(sys, Session().TempDir);
+    for (const ProtocolRow &row : ListProtocols(centre, idPac, formId)) {
+        const QString file = ProtocolPdfPath(row.cislo_prot, folder);
+        if (!WriteProtocolPdf(pageOf(sys, row, logo), file)) {
+            if (error)
+                *error = QStringLiteral("Soubor %1 nelze vytvořit.").arg(file);
+            return false;
+        }
+        if (files)
+            *files << file;
+    }
+    return true;
+}
+
+bool FormPdf(DbConnection &sys, clsDocument &doc, const std::vector<ControlValue> &controls, const QStringList &params,
+             bool noView, QString *fileOut)
 {
     const ProtocolLists l = CollectProtocolLists(doc, controls);
     const ProtocolPage page{l.data,   l.keys,    l.pozice, l.types, l.fonts, l.bolds, l.kursivs, QString(),
-                            ParseLocaleNumber(params.value(2)), LetterheadRows(),
-                            Session().TempDir + QStringLiteral("/logo_kvl_tmp.bmp")};
+                            ParseLocaleNumber(params.value(2)), LetterheadRows(ReadObjPdfLetterhead()),
+                            LogoToTemp(sys, Session().TempDir)};
     const QString file = QDir(Session().TempDir).filePath(QStringLiteral("formular.pdf"));
     if (fileOut)
         *fileOut = file;

@@ -19,6 +19,7 @@ using namespace testenv;
 namespace {
 const QDateTime Now(QDate(2026, 11, 22), QTime(9, 5));
 
+const QString Sys = QString::fromLatin1(SysDbName);
 QString Centre() { return Session().MysqlDb; }
 QString One(const QString &sql) { return Column(Centre(), sql).value(0); }
 
@@ -181,17 +182,19 @@ TEST(Protocols, LockRefusesEditsAndCorrectionsStackNewestFirst)
     EXPECT_FALSE(ReadProtocol(centre, 5));
 }
 
-TEST(ProtokolPdf, OnePageAndTwoPagesReadBackInTheTools)
+TEST(ProtokolPdf, OnePageAndTwoPagesWithTheLetterheadAndTheLogoOfTheDatabase)
 {
     FreshDatabases(true);
     LoginAs(1);
     const QString out = SamplesDir(QStringLiteral("protocols"));
     SaveSetting(QStringLiteral("NASTAVENI"), QStringLiteral("PROTOKOLY_SAVE"), out);
+    WriteProfileString(QStringLiteral("HLAVICKA"), QStringLiteral("FAX"), QStringLiteral("266 001 099"));
+    WriteProfileString(QStringLiteral("HLAVICKA"), QStringLiteral("WWW"), QStringLiteral("www.lhotka.example"));
     DbConnection sys(ConnStrSys()), centre(ConnStrCentre());
     ASSERT_TRUE(ReadInstitution(sys));
-    // The letterhead picture, as the order forms lay it in the scratch folder.
-    pdftest::WriteFile((Session().TempDir + QStringLiteral("/logo_kvl_tmp.bmp")).toStdString(),
-                       pdftest::MakeBMP24(60, 10, [](int x, int) { return std::array<uint8_t, 3>{uint8_t(x * 4), 90, 200}; }));
+    // A broken copy left in the scratch folder is replaced by the logo of the database.
+    const QString logo = Session().TempDir + QStringLiteral("/logo_kvl_tmp.bmp");
+    pdftest::WriteFile(logo.toStdString(), "BM broken");
     // Protocol 4, "4/2026", locked with two corrections; protocol 10 has none.
     QString file, error;
     ASSERT_TRUE(ProtokolPdf(centre, sys, QStringLiteral("4"), true, QString(), &file, &error)) << error.toStdString();
@@ -199,15 +202,20 @@ TEST(ProtokolPdf, OnePageAndTwoPagesReadBackInTheTools)
     std::string pdf = Pdf(file);
     EXPECT_NE(pdf.find("/Count 2\r"), std::string::npos);
     EXPECT_NE(pdf.find("/Kids[\r14 0 R\r18 0 R\r\r]"), std::string::npos);
+    EXPECT_NE(pdf.find("/Name /Img1"), std::string::npos);
     pdftest::ExpectQpdfAccepts(file.toStdString());
     const std::string text = PdfText(file);
     for (const char *expected : {"CYTOLOGICKÉ VYŠETŘENÍ", "4/2026", "Dvořák", "Str. 2/1", "Korekce:", "Str. 2/2",
-                                 "Závěr potvrzen druhým čtením.", "IČO", "123 456"})
+                                 "Závěr potvrzen druhým čtením.", "IČO", "123 456", "266 001 099", "www.lhotka.example"})
         EXPECT_NE(text.find(expected), std::string::npos) << expected << "\n" << text;
     EXPECT_LT(text.find("Dne: 12.11.2026"), text.find("Dne: 10.11.2026"));
 
+    // Without a logo in the database the page has none, and no old copy is drawn.
+    Exec(Sys, "DELETE FROM sys_logo_kvl");
     ASSERT_TRUE(ProtokolPdf(centre, sys, QStringLiteral("10"), true, QString(), &file, &error));
+    EXPECT_FALSE(QFile::exists(logo));
     pdf = Pdf(file);
+    EXPECT_EQ(pdf.find("/Name /Img1"), std::string::npos);
     EXPECT_NE(pdf.find("/Kids[\r14 0 R\r]\r/Count 1\r"), std::string::npos);
     EXPECT_EQ(pdf.find("Str. 2"), std::string::npos);
     pdftest::ExpectQpdfAccepts(file.toStdString());
@@ -218,6 +226,49 @@ TEST(ProtokolPdf, OnePageAndTwoPagesReadBackInTheTools)
 
     EXPECT_TRUE(ProtokolPdf(centre, sys, QString(), true, QString(), &file, &error));   // an empty key does nothing
     EXPECT_FALSE(ProtokolPdf(centre, sys, QStringLiteral("999"), true, QString(), &file, &error));
+}
+
+// The list of a patient printed by the batch verb: every protocol to its own file.
+TEST(ProtokolListPdf, BatchVerbPrintsThePatientsProtocols)
+{
+    FreshDatabases(true);
+    const QTemporaryDir dir;
+    const QString d = dir.path();
+    for (const char *folder : {"all", "biopsie", "none"})
+        QDir(d).mkpath(QLatin1String(folder));
+    const struct {
+        QStringList args;
+        int code;
+        const char *files;   // written, joined by ","
+        const char *said;    // in the summary (success) or the error
+    } cases[] = {
+        {{"3", "--dir", d + "/all"}, 0, "3-2026.pdf,4-2026.pdf,17-2026.pdf", "pacient 3 Dvořák Petr, protokolů: 3"},
+        {{"3", "--form", "1", "--dir", d + "/biopsie"}, 0, "3-2026.pdf,17-2026.pdf", "protokolů: 2"},
+        {{"13", "--dir", d + "/none"}, 0, "", "Hájek Lukáš, protokolů: 0"},
+        {{"99"}, 1, "", "pacient s registračním číslem 99 neexistuje."},
+        {{"tři"}, 1, "", "registrační číslo \"tři\" není číslo."},
+        {{"3", "--form", "x"}, 1, "", "číslo formuláře \"x\" není číslo."},
+        {{"3", "--dir", d + "/missing"}, 1, "", "/missing/3-2026.pdf nelze vytvořit."},
+        {{}, 2, "", "použití"},
+    };
+    for (const auto &c : cases) {
+        const CliRun run = Cli(QStringList{"protocol", "list-pdf"} + c.args);
+        SCOPED_TRACE(c.args.join(' ').toStdString() + "\n" + run.out.toStdString() + run.err.toStdString());
+        EXPECT_EQ(run.code, c.code);
+        EXPECT_TRUE((c.code == 0 ? run.out : run.err).contains(QString::fromUtf8(c.said)));
+        const QString folder = c.args.value(c.args.indexOf("--dir") + 1);
+        if (c.code == 0)
+            EXPECT_EQ(run.out.count(".pdf"), QString::fromUtf8(c.files).count(".pdf"));
+        for (const QString &name : QString::fromUtf8(c.files).split(',', Qt::SkipEmptyParts))
+            EXPECT_TRUE(run.out.contains(QDir(folder).filePath(name))) << name.toStdString();
+    }
+    // The later biopsy, a page of its own, with the demo's logo.
+    const QString later = d + "/biopsie/17-2026.pdf";
+    pdftest::ExpectQpdfAccepts(later.toStdString());
+    EXPECT_NE(Pdf(later).find("/Name /Img1"), std::string::npos);
+    const std::string text = PdfText(later);
+    for (const char *expected : {"BIOPTICKÉ VYŠETŘENÍ", "17/2026", "20.11.2026 08:30", "Dvořák"})
+        EXPECT_NE(text.find(expected), std::string::npos) << expected << "\n" << text;
 }
 
 TEST(ProtokolPdf, FileNamesFieldsAndTheCorrectionPageFromAPage)
@@ -250,6 +301,5 @@ TEST(ProtokolPdf, FileNamesFieldsAndTheCorrectionPageFromAPage)
     EXPECT_NE(pdf.find("/Fnt1i 8 Tf\r\n56.69 472.68 Td\r\n(   -) Tj"), std::string::npos);
     EXPECT_EQ(pdf.find("/Fnt1i 8 0 R"), std::string::npos);
     EXPECT_NE(pdf.find("(Korekce:) Tj"), std::string::npos);
-    EXPECT_NE(pdf.find("/Count 2\r"), std::string::npos);
     EXPECT_FALSE(WriteProtocolPdf(page, QStringLiteral("/nonexistent-dir/x.pdf")));
 }

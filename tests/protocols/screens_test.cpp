@@ -238,6 +238,15 @@ TEST(frmDocPacient, PatientsProtocolFillLockCorrectionsAndPdf)
     EXPECT_EQ(protocols->item(0, 0)->text(), "4/2026");
     EXPECT_FALSE(Child<QPushButton>(&screen, "cmdEditDoc")->isEnabled());   // locked
     EXPECT_TRUE(Child<QPlainTextEdit>(&screen, "txtKorekce")->toPlainText().startsWith("Dne: 12.11.2026"));
+    // His list on the Biopsie tab printed, each protocol to its own file.
+    tabs->setCurrentIndex(0);
+    ASSERT_EQ(protocols->rowCount(), 2);
+    for (const char *name : {"3-2026.pdf", "17-2026.pdf"})
+        QFile::remove(QDir(out).filePath(QLatin1String(name)));
+    Click(&screen, "cmdPDFList");
+    EXPECT_EQ(messages.lastText(), "Protokoly pacienta (2) jsou uloženy do složky: " + out);
+    for (const char *name : {"3-2026.pdf", "17-2026.pdf"})
+        EXPECT_TRUE(QFileInfo(QDir(out).filePath(QLatin1String(name))).size() > 1000) << name;
     kind->setCurrentIndex(4);
     Child<QLineEdit>(&screen, "txtHledat")->setText(QStringLiteral("2026"));
     Click(&screen, "cmdHledat");

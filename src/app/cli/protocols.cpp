@@ -1,12 +1,16 @@
-// protocol pdf, form export, form import: a saved protocol printed, and protocol forms
-// written to and read from form files, as the patient screen and the Studio do them.
+// protocol pdf, protocol list-pdf, form export, form import: a saved protocol or the list of
+// a patient printed, and protocol forms written to and read from form files, as the patient
+// screen and the Studio do them.
 
 #include "app/cli/cli.h"
 
 #include "core/db.h"
 #include "core/institution.h"
 #include "protocols/formmodel.h"
+#include "protocols/protocol.h"
 #include "protocols/protokolpdf.h"
+
+#include <QDir>
 
 namespace {
 int protocolPdf(const CliArgs &args)
@@ -24,6 +28,52 @@ int protocolPdf(const CliArgs &args)
     if (!ok)
         return CliFail(QStringLiteral("protocol pdf: ") + error);
     CliSummary(QStringLiteral("protocol pdf: protokol %1 zapsán do %2").arg(args.at(0), file));
+    return CliOk;
+}
+
+// The patient is named by the registration number the register shows; the list is that of
+// one kind's tab (--form) or of all of them.
+int protocolListPdf(const CliArgs &args)
+{
+    bool numeric = false;
+    const int reg = args.at(0).toInt(&numeric);
+    const QString form = args.value(QStringLiteral("--form"), QStringLiteral("0"));
+    bool formNumeric = false;
+    const int formId = form.toInt(&formNumeric);
+    if (!numeric)
+        return CliFail(QStringLiteral("protocol list-pdf: registrační číslo \"%1\" není číslo.").arg(args.at(0)));
+    if (!formNumeric)
+        return CliFail(QStringLiteral("protocol list-pdf: číslo formuláře \"%1\" není číslo.").arg(form));
+    if (!CliOpenSession(args))
+        return CliFailed;
+    DbConnection centre(ConnStrCentre()), sys(ConnStrSys());
+    if (!centre.isOpen() || !sys.isOpen())
+        return CliFail(QStringLiteral("protocol list-pdf: ") + (centre.isOpen() ? sys : centre).errorText());
+    QString error;
+    const auto pacients = PacientsByRegistration(centre, reg, &error);
+    if (!pacients)
+        return CliFail(QStringLiteral("protocol list-pdf: ") + error);
+    if (pacients->size() != 1)
+        return CliFail(pacients->empty()
+                           ? QStringLiteral("protocol list-pdf: pacient s registračním číslem %1 neexistuje.").arg(reg)
+                           : QStringLiteral("protocol list-pdf: registrační číslo %1 má více pacientů (%2), nic nebylo "
+                                            "vytištěno.")
+                                 .arg(reg)
+                                 .arg(pacients->size()));
+    const Pacient &p = pacients->front();
+    ReadInstitution(sys);   // the letterhead
+    CliProgress(QStringLiteral("protocol list-pdf: protokoly pacienta %1 %2").arg(p.prijmeni, p.jmeno));
+    QStringList files;
+    const bool ok = ProtokolListPdf(centre, sys, p.key, formId, args.value(QStringLiteral("--dir")), &files, &error);
+    CliProgressDone();
+    for (const QString &file : files)
+        CliSummary(QDir::toNativeSeparators(file));
+    if (!ok)
+        return CliFail(QStringLiteral("protocol list-pdf: ") + error);
+    CliSummary(QStringLiteral("protocol list-pdf: pacient %1 %2 %3, protokolů: %4")
+                   .arg(reg)
+                   .arg(p.prijmeni, p.jmeno)
+                   .arg(files.size()));
     return CliOk;
 }
 
@@ -80,6 +130,18 @@ const CliRegistration pdfRegistration({
     1,
     1,
     protocolPdf,
+});
+
+const CliRegistration listPdfRegistration({
+    QStringLiteral("protocol list-pdf"),
+    QStringLiteral("REG [--form ID] [--dir DIR]"),
+    QStringLiteral("vytiskne do PDF všechny protokoly pacienta s registračním číslem REG (jen formuláře ID), "
+                   "každý do svého souboru ve složce PROTOKOLY_SAVE nebo DIR"),
+    {QStringLiteral("--form"), QStringLiteral("--dir")},
+    {},
+    1,
+    1,
+    protocolListPdf,
 });
 
 const CliRegistration exportRegistration({
