@@ -9,6 +9,7 @@
 #include "core/session.h"
 #include "core/text.h"
 #include "grants/frmGrantPlan.h"
+#include "grants/frmGraph.h"
 #include "grants/frmGranty.h"
 #include "grants/frmStavyUctu.h"
 #include "grants/frmStredisko.h"
@@ -72,6 +73,7 @@ void RegisterScreens()
         ShowGranty(main, false, !granty || granty->isEnabled());
     });
     RegisterCommand(QStringLiteral("mnuActualSkup"), [](QWidget *main) { ShowGranty(main, true); });
+    RegisterCommand(QStringLiteral("mnuGraf"), ShowGraph);
 
     // Orders.
     RegisterCommand(QStringLiteral("mnuObjednVyd"), ShowArchObj);
@@ -102,6 +104,7 @@ void RegisterScreens()
     SetAccountPicker(PickAccounts);
     RegisterCommand(QStringLiteral("mnuImportMDDal"), [](QWidget *main) { ShowImportPohyb(main, QStringLiteral("MD")); });
     RegisterCommand(QStringLiteral("mnuImportDal"), [](QWidget *main) { ShowImportPohyb(main, QStringLiteral("Dal")); });
+    SetMovementListHook(ShowMovementList);
     RegisterCommand(QStringLiteral("mnuBuildTree"), [](QWidget *main) { ShowBuildTree(main, 1, 1, false); });
     RegisterCommand(QStringLiteral("mnuAktuaImport"), [](QWidget *main) { ShowBuildTree(main, 2, 2, false); });
 
