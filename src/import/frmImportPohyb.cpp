@@ -1,10 +1,15 @@
 #include "import/frmImportPohyb.h"
 
+#include "core/buildobjlj.h"
 #include "core/config.h"
 #include "core/db.h"
 #include "core/msg.h"
 #include "core/rights.h"
 #include "core/session.h"
+#include "core/text.h"
+#include "grants/filter.h"
+#include "grants/frmGranty.h"
+#include "grants/grantreports.h"
 #include "grants/granttables.h"
 #include "grants/screenparts.h"
 #include "import/DefinFieldsExport.h"
@@ -67,6 +72,9 @@ frmImportPohyb::frmImportPohyb(QWidget *parent) : QDialog(parent)
     lblDatOd = Label(this, "lblDatOd");
     lblDatDo = Label(this, "lblDatDo");
     fileDateTime = Label(this, "fileDateTime");
+    lblHeading = Label(this, "lblHeading");
+    lblHeading->setTextFormat(Qt::RichText);
+    lblHeading->hide();
     ProgressBar1 = new QProgressBar(this);
     ProgressBar1->setObjectName(QStringLiteral("ProgressBar1"));
     ProgressBar1->setRange(0, 100);
@@ -78,11 +86,14 @@ frmImportPohyb::frmImportPohyb(QWidget *parent) : QDialog(parent)
     cmdError = CommandButton(this, "cmdError", QStringLiteral("&Revize souboru"));
     cmdDel = CommandButton(this, "cmdDel", QStringLiteral("&Smazat vše"));
     cmdFind = CommandButton(this, "cmdFind", QStringLiteral("F7-&Najit"));
+    cmdPrint = CommandButton(this, "cmdPrint", QStringLiteral("&Tisk"));
     cmdClose = CommandButton(this, "cmdClose", QStringLiteral("Esc-&Konec"));
     cmdFind->setShortcut(QKeySequence(Qt::Key_F7));
     cmdImportAct->setEnabled(false);
 
-    auto *top = new QGridLayout;
+    importBox = new QWidget(this);
+    auto *top = new QGridLayout(importBox);
+    top->setContentsMargins(0, 0, 0, 0);
     top->addWidget(new QLabel(QStringLiteral("Import čerpání v termínu :"), this), 0, 0);
     top->addWidget(datDatumOd, 0, 1);
     top->addWidget(datDatumDo, 0, 2);
@@ -96,12 +107,13 @@ frmImportPohyb::frmImportPohyb(QWidget *parent) : QDialog(parent)
     top->addWidget(Text2, 1, 5);
     top->addWidget(fileDateTime, 2, 5);
     auto *buttons = new QHBoxLayout;
-    for (QPushButton *b : {cmdOpenFile, cmdImportAct, cmdDefinice, cmdError, cmdDel, cmdFind})
+    for (QPushButton *b : {cmdOpenFile, cmdImportAct, cmdDefinice, cmdError, cmdDel, cmdFind, cmdPrint})
         buttons->addWidget(b);
     buttons->addStretch();
     buttons->addWidget(cmdClose);
     auto *layout = new QVBoxLayout(this);
-    layout->addLayout(top);
+    layout->addWidget(lblHeading);
+    layout->addWidget(importBox);
     layout->addWidget(ProgressBar1);
     layout->addWidget(DataGrid1, 1);
     layout->addLayout(buttons);
@@ -112,6 +124,7 @@ frmImportPohyb::frmImportPohyb(QWidget *parent) : QDialog(parent)
     connect(cmdError, &QPushButton::clicked, this, &frmImportPohyb::cmdError_Click);
     connect(cmdDel, &QPushButton::clicked, this, &frmImportPohyb::cmdDel_Click);
     connect(cmdFind, &QPushButton::clicked, this, &frmImportPohyb::cmdFind_Click);
+    connect(cmdPrint, &QPushButton::clicked, this, &frmImportPohyb::cmdPrint_Click);
     connect(cmdClose, &QPushButton::clicked, this, [this] {
         if (m_running)
             m_cancel = true;
@@ -129,6 +142,25 @@ frmImportPohyb::frmImportPohyb(QWidget *parent) : QDialog(parent)
 
 void frmImportPohyb::Load()
 {
+    if (listMode()) {
+        // The group's movements: the rows its sum takes, with the figures it gave.
+        setWindowTitle(QStringLiteral("Položký MD/DAL - GRANT ") + GrantActiv);
+        importBox->hide();
+        for (QPushButton *b : {cmdOpenFile, cmdImportAct, cmdDefinice, cmdError, cmdDel})
+            b->hide();
+        QString accounts = SkupUctu;
+        const Criterion c = BuildCriterion(CriterionForm::Movements, SkupUctu, GrantActiv);
+        m_model->setCondition(c.where, c.values);
+        m_model->sortBy(ColDatum, false);
+        lblHeading->setText(QStringLiteral("<b>GRANT %1</b> &nbsp;%2<br><b>%3</b> &nbsp;(%4) &nbsp; položek: %9<br>"
+                                           "Rozpočet, Kč: <b>%5</b> &nbsp; Čerpání, Kč: <b>%6</b> &nbsp; "
+                                           "Zůstatek, Kč: <b>%7</b> &nbsp; Zůstatek, %: <b>%8</b>")
+                                .arg(GrantActiv.toHtmlEscaped(), NazevActivGrant.toHtmlEscaped(), NazevActiv.toHtmlEscaped(),
+                                     accounts.replace(QLatin1Char(','), QLatin1String(", ")).toHtmlEscaped(), CastkaSelect,
+                                     Cerpani, Zustatek, ProcentAll, QString::number(m_model->rowCount())));
+        lblHeading->show();
+        return;
+    }
     setWindowTitle(QStringLiteral("Import částek - ") + TypImportu);
     datDatumOd->setText(GetDatumOd());
     datDatumDo->setText(GetDatumDo());
@@ -341,6 +373,48 @@ void frmImportPohyb::cmdError_Click()
     check.UnLoadBuldTree = true;
     check.load();
     check.exec();
+}
+
+void frmImportPohyb::cmdPrint_Click()
+{
+    // Amount last, so that it alone is right-aligned.
+    static const int order[] = {0, 1, 2, 4, 6, 5, 7, 3};
+    ListSpec list;
+    list.grant = GrantActiv;
+    list.selection = listMode() ? NazevActiv + QStringLiteral(" (") + QString(SkupUctu).replace(QLatin1Char(','), QLatin1String(", ")) +
+                                      QLatin1Char(')')
+                                : QString();
+    list.columns = QStringLiteral("Datum~Doklad~Text~Účet~Název účtu~GRANT~MD/DAL~Částka");
+    list.firstAmount = 7;
+    list.size = QStringLiteral("2");
+    for (int row = 0; row < m_model->rowCount(); ++row) {
+        QStringList cells;
+        for (const int c : order)
+            cells << m_model->text(row, c).trimmed();
+        list.rows.append(cells);
+    }
+    QString path, error;
+    if (!WriteReport([&](BuildObjLJ &html) { GeneratorListPage(html, list); }, &path, &error)) {
+        MsgBox(error, MsgCritical);
+        return;
+    }
+    ViewHTML(path);
+}
+
+void ShowMovementList(QWidget *parent, const MovementListRequest &request)
+{
+    frmImportPohyb screen(parent);
+    screen.TypeViewForm = frmImportPohyb::ListOfGroup;
+    screen.SkupUctu = request.filter;
+    screen.GrantActiv = request.grant;
+    screen.NazevActivGrant = request.name;
+    screen.NazevActiv = request.heading;
+    screen.CastkaSelect = request.plan;
+    screen.Cerpani = request.cerpani;
+    screen.Zustatek = request.zustatek;
+    screen.ProcentAll = request.procent;
+    screen.Load();
+    screen.exec();
 }
 
 void ShowImportPohyb(QWidget *parent, const QString &typImportu)
