@@ -31,10 +31,13 @@ def centre(grant):
     return grant if rnd.random() < 0.8 else '00' + grant
 
 
-def amount():
+def amount(share=1):
+    # The same draws whatever the share, so that the rest of the files does not change with it.
     value = rnd.randint(100, 25000000) / 100
+    grouped = value >= 1000 and rnd.random() < 0.3
+    value = round(value / share, 2)
     text = f'{value:.2f}'.replace('.', ',')
-    if value >= 1000 and rnd.random() < 0.3:
+    if grouped and value >= 1000:
         whole, cents = text.split(',')
         text = f'{int(whole):,}'.replace(',', ' ') + ',' + cents
     return text
@@ -67,7 +70,8 @@ for month, days in ((1, 31), (2, 28)):
         grant = rnd.choice(GRANTS)
         text = rnd.choice(TEXTS)
         doc = f'FA25{number:05d}'
-        value = amount()
+        # Bookings small enough that two months draw a fair part of a grant's budget, not all of it.
+        value = amount(15)
         if number % 397 == 0:
             value = '1.234,50'
         elif number % 541 == 0:
