@@ -50,7 +50,7 @@ std::string PdfText(const QString &path)
 }
 } // namespace
 
-TEST(Pacients, SearchByEachColumnNewSaveAndDelete)
+TEST(Pacients, SearchByEachColumnNewAndSave)
 {
     FreshDatabases(true);
     LoginAs(1);
@@ -96,10 +96,6 @@ TEST(Pacients, SearchByEachColumnNewSaveAndDelete)
     ASSERT_TRUE(SavePacient(centre, p, &error)) << error.toStdString();
     EXPECT_EQ(Surnames(*SearchPacients(centre, QStringLiteral("prijmeni,jmeno"), QStringLiteral("O'N"), &error)).join(','),
               "O'Neill");
-    EXPECT_FALSE(DeletePacient(centre, 1, &error));   // has protocols
-    EXPECT_EQ(error, "Pacient má uložené protokoly, nelze jej smazat.");
-    EXPECT_TRUE(DeletePacient(centre, key, &error));
-    EXPECT_EQ(One("SELECT COUNT(*) FROM pacients"), "20");
 }
 
 TEST(Protocols, SavedListsAreParallelAndLoadBackByPosition)
@@ -221,8 +217,6 @@ TEST(ProtokolPdf, OnePageAndTwoPagesWithTheLetterheadAndTheLogoOfTheDatabase)
     pdftest::ExpectQpdfAccepts(file.toStdString());
     // The title stands at Top 900 of a form 10500 wide: Y 27 - 1.8 cm, X 4100 / 500 + 0.5 cm.
     EXPECT_NE(pdf.find("BT\r\n/Fnt1b 14 Tf\r\n246.61 714.33 Td\r\n(BIOPTICK"), std::string::npos);
-    EXPECT_NE(pdf.find("(   -) Tj"), std::string::npos);
-    EXPECT_NE(PdfText(file).find("Horáková"), std::string::npos);
 
     EXPECT_TRUE(ProtokolPdf(centre, sys, QString(), true, QString(), &file, &error));   // an empty key does nothing
     EXPECT_FALSE(ProtokolPdf(centre, sys, QStringLiteral("999"), true, QString(), &file, &error));
