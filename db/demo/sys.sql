@@ -2,6 +2,9 @@
 
 INSERT INTO sys_db_kvl (code_stredisko, name_stredisko, mysql_db, ip_pc, ip_server, cesta) VALUES
   ('510', 'Oddělení klinické farmakologie', 'fondarix_ofk', '127.0.0.1', '127.0.0.1', '');
+-- The pharmacy shares the centre's database and is not listed as a centre of the orders.
+INSERT INTO sys_db_kvl (code_stredisko, name_stredisko, mysql_db, ip_pc, ip_server, cesta, lekarna) VALUES
+  ('590', 'Lékárna', 'fondarix_ofk', '127.0.0.1', '127.0.0.1', '', 1);
 
 INSERT INTO sys_nastaveni (Firma, Adresa, PSC, Mesto, ICO, DIC, `Cislo uctu`, `Nazev banky`, `Cislo uctu_2`, newdate_ucet) VALUES
   ('Ústav klinického výzkumu Lhotka', 'Nemocniční 1024/12', '100 00', 'Lhotka', '123 456', ' ',

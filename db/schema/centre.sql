@@ -10,7 +10,8 @@ CREATE TABLE archobj (
   Cis_global TEXT NULL,
   Firma TEXT NULL, Pobocka TEXT NULL, Adres TEXT NULL, PSC TEXT NULL, Mesto TEXT NULL,
   Tel TEXT NULL, Fax TEXT NULL,
-  Dat_obj VARCHAR(40) NULL,
+  -- Compared byte for byte, as the archive's year filter compares it, so the index serves it.
+  Dat_obj VARCHAR(40) COLLATE cp1250_nopad_bin NULL,
   Dat_vyriz TEXT NULL,
   Autor TEXT NULL,
   Castka TEXT NULL,
@@ -32,8 +33,31 @@ CREATE TABLE archobj (
   coml INT NULL,
   zkatalog TEXT NULL,
   `Grant` TEXT NULL,
-  KEY (cis_obj),
-  KEY (Dat_obj)
+  -- The row colour worked out by the server where the texts are plain (1 yellow, 2 green,
+  -- 3 red, 4 grey, 0 white), 9 where the program must decide: a status list reads only the
+  -- rows of its colour and the undecided ones instead of the whole table.
+  stav TINYINT AS (CASE
+    WHEN CAST(CONCAT_WS('#', Castka, Dat_vyriz, objWF, Cis_global) AS BINARY) REGEXP '[\\x00-\\x1f\\x7f\\xa0]' THEN 9
+    WHEN Castka IS NULL THEN
+      CASE WHEN CHAR_LENGTH(TRIM(IFNULL(Dat_vyriz, ''))) > 0 THEN 2
+           WHEN CHAR_LENGTH(TRIM(IFNULL(objWF, ''))) > 0 THEN 1 ELSE 0 END
+    WHEN CHAR_LENGTH(SUBSTRING_INDEX(TRIM(Castka), '#', 2)) > 60
+      OR SUBSTRING_INDEX(TRIM(Castka), '#', 1) NOT REGEXP '^ *[-+]?[0-9 ]*([,.][0-9 ]*)?$'
+      OR IF(LOCATE('#', TRIM(Castka)) = 0, '', SUBSTRING_INDEX(SUBSTRING_INDEX(TRIM(Castka), '#', 2), '#', -1))
+         NOT REGEXP '^ *[-+]?[0-9 ]*([,.][0-9 ]*)?$' THEN 9
+    WHEN CHAR_LENGTH(TRIM(IFNULL(Cis_global, ''))) > 0
+      AND IF(LOCATE('#', TRIM(Castka)) = 0, '', SUBSTRING_INDEX(SUBSTRING_INDEX(TRIM(Castka), '#', 2), '#', -1))
+          REGEXP '[1-9]' THEN 4
+    WHEN SUBSTRING_INDEX(TRIM(Castka), '#', 1) REGEXP '[1-9]' THEN
+      IF(IF(LOCATE('#', TRIM(Castka)) = 0, '', SUBSTRING_INDEX(SUBSTRING_INDEX(TRIM(Castka), '#', 2), '#', -1))
+         REGEXP '[1-9]', 0, 3)
+    WHEN CHAR_LENGTH(TRIM(IFNULL(Dat_vyriz, ''))) > 0 THEN 2
+    WHEN CHAR_LENGTH(TRIM(IFNULL(objWF, ''))) > 0 THEN 1
+    ELSE 0 END) PERSISTENT,
+  -- The list's order with the year it filters on, so a page is read from the index alone.
+  KEY objlist (cis_obj, nom, Dat_obj),
+  KEY (Dat_obj, cis_obj),
+  KEY (stav)
 ) ENGINE=InnoDB;
 
 -- The footer of each order as it was printed.

@@ -33,7 +33,8 @@ CREATE TABLE sys_db_kvl (
   mysql_db VARCHAR(64) NULL,
   ip_pc VARCHAR(40) NULL,
   ip_server VARCHAR(40) NULL,
-  cesta VARCHAR(255) NULL
+  cesta VARCHAR(255) NULL,
+  lekarna TINYINT NOT NULL DEFAULT 0   -- the pharmacy's row: not a centre of the order archive
 ) ENGINE=InnoDB;
 
 CREATE TABLE sys_nastaveni (

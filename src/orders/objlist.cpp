@@ -2,6 +2,8 @@
 
 #include "core/db.h"
 
+#include <algorithm>
+
 namespace {
 const QString Columns = QStringLiteral("nom, cis_obj, Dat_obj, `Grant`, Firma, Castka, coml, Dat_vyriz, objWF, Cis_global");
 
@@ -34,16 +36,10 @@ bool ObjListCount(DbConnection &centre, const ObjFilter &filter, int *count)
     return true;
 }
 
-bool ObjListRows(DbConnection &centre, const ObjFilter &filter, int statusIndex, int offset, int limit,
-                 QList<ObjListRow> *rows)
+namespace {
+bool readRows(DbConnection &centre, const QString &sql, const QVariantList &values, int statusIndex,
+              QList<ObjListRow> *rows)
 {
-    QString sql = QStringLiteral("SELECT ") + Columns + QStringLiteral(" FROM archobj") + where(filter)
-                  + QStringLiteral(" ORDER BY cis_obj, nom");
-    QVariantList values = filter.values;
-    if (limit >= 0) {
-        sql += QStringLiteral(" LIMIT ? OFFSET ?");
-        values << limit << offset;
-    }
     QSqlQuery q = centre.query();
     q.setForwardOnly(true);
     if (!centre.exec(q, sql, values))
@@ -54,6 +50,41 @@ bool ObjListRows(DbConnection &centre, const ObjFilter &filter, int statusIndex,
         if (ObjColourFitsStatus(ObjColour(row.state), statusIndex))
             rows->append(row);
     }
+    return true;
+}
+} // namespace
+
+bool ObjListRows(DbConnection &centre, const ObjFilter &filter, int statusIndex, QList<ObjListRow> *rows)
+{
+    QString sql = filter.sql;
+    QVariantList values = filter.values;
+    if (statusIndex >= 1 && statusIndex <= 4) {
+        // The status entries are numbered as the colours of `stav`; 9 is undecided.
+        sql = (sql.isEmpty() ? QString() : QLatin1Char('(') + sql + QStringLiteral(") AND ")) + QStringLiteral("stav IN (?, 9)");
+        values << statusIndex;
+    }
+    return readRows(centre,
+                    QStringLiteral("SELECT ") + Columns + QStringLiteral(" FROM archobj")
+                        + (sql.isEmpty() ? QString() : QStringLiteral(" WHERE ") + sql) + QStringLiteral(" ORDER BY cis_obj, nom"),
+                    values, statusIndex, rows);
+}
+
+bool ObjListPage(DbConnection &centre, const ObjFilter &filter, int total, int start, int count,
+                 QList<ObjListRow> *rows)
+{
+    start = std::clamp(start, 0, std::max(0, total));
+    count = std::clamp(count, 0, std::max(0, total - start));
+    // From the end the page is the rows after the last total - start - count, read backwards.
+    const bool fromEnd = total - start - count < start;
+    const QString order = fromEnd ? QStringLiteral(" ORDER BY cis_obj DESC, nom DESC") : QStringLiteral(" ORDER BY cis_obj, nom");
+    QVariantList values = filter.values;
+    values << count << (fromEnd ? total - start - count : start);
+    const QString sql = QStringLiteral("SELECT ") + Columns + QStringLiteral(" FROM archobj JOIN (SELECT nom AS k FROM archobj")
+                        + where(filter) + order + QStringLiteral(" LIMIT ? OFFSET ?) page ON nom = page.k") + order;
+    if (!readRows(centre, sql, values, 0, rows))
+        return false;
+    if (fromEnd)
+        std::reverse(rows->begin(), rows->end());
     return true;
 }
 

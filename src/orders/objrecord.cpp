@@ -158,7 +158,8 @@ ObjFilter FilterObj(int statusIndex, const QString &statusText, const QString &y
 
     if (!year.isEmpty()) {
         f.text = QStringLiteral("dat_obj >= %1-01-01 AND dat_obj <= %1-12-31").arg(year);
-        f.sql = QStringLiteral("BINARY dat_obj >= ? AND BINARY dat_obj <= ?");
+        // Dat_obj compares byte for byte by its column's collation, and its index serves this.
+        f.sql = QStringLiteral("dat_obj >= ? AND dat_obj <= ?");
         f.values << year + QStringLiteral("-01-01") << year + QStringLiteral("-12-31");
         if (!status.isEmpty()) {
             f.text += QStringLiteral(" AND ") + status;

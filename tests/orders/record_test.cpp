@@ -4,6 +4,7 @@
 #include "core/db.h"
 #include "core/session.h"
 #include "orders/objfooter.h"
+#include "orders/objlist.h"
 #include "orders/objrecord.h"
 #include "orders/objsave.h"
 #include "support/testenv.h"
@@ -19,6 +20,14 @@ using namespace seed;
 
 namespace {
 // The cis_obj of the rows a filter keeps, in number order.
+QStringList Numbers(const QList<ObjListRow> &rows)
+{
+    QStringList numbers;
+    for (const ObjListRow &r : rows)
+        numbers << r.cisObj;
+    return numbers;
+}
+
 QStringList Kept(const ObjFilter &f)
 {
     DbConnection c(ConnStrFor(Centre));
@@ -117,21 +126,44 @@ TEST(ObjState, ColourAndListFilterOnTheEdgeRows)
         {"0011/01", "1 250,00#1 250,00#", "", "", "", "30.01.2024", ObjColours::White, {4}},  // booked without number
         {"0012/01", "0#500,00#", "", "", "X1", "", ObjColours::Grey, {}},
         {"0013/01", "0,00##", "", " ", "", "", ObjColours::White, {1}},               // blank objWF: listed, not coloured
+        // Texts the server leaves to the program: an overflowing price, tabs, letters, a second
+        // sign, a non-breaking space.
+        {"0014/01", "1e400#0,00#", "12.01.2024", "", "", "", ObjColours::Green, {}},
+        {"0015/01", "\t0,00#\t", "\t", "05.01.2024", "", "", ObjColours::Yellow, {3}},
+        {"0016/01", "abc5#", "", "05.01.2024", "", "", ObjColours::Yellow, {}},
+        {"0017/01", "0,00-5#7", "", "", "X1", "", ObjColours::Grey, {}},
+        {"0018/01", "NULL", "", "\u00a0", "", "", ObjColours::White, {}},
+    };
+    const auto code = [](const QColor &c) {
+        return QList<QColor>{ObjColours::White, ObjColours::Yellow, ObjColours::Green, ObjColours::Red, ObjColours::Grey}.indexOf(c);
     };
     EmptyCentre();
     for (const auto &r : rows)
         Insert({{"cis_obj", r.number}, {"Castka", r.castka}, {"Dat_vyriz", r.datVyriz}, {"objWF", r.objWF},
                 {"Cis_global", r.cisGlobal}, {"objZauct", r.objZauct}, {"Dat_obj", "2024-01-05 10:00:00"}});
     // Every row is of 2024, so the year keeps them all and the alternatives alone decide.
+    DbConnection c(ConnStrFor(Centre));
     for (int status = 1; status <= 4; ++status) {
-        QStringList expected;
-        for (const auto &r : rows)
+        QStringList expected, coloured;
+        for (const auto &r : rows) {
             if (r.statuses.contains(status))
                 expected << r.number;
+            if (code(r.colour) == status)
+                coloured << r.number;
+        }
         EXPECT_EQ(Kept(FilterObj(status, ObjStatusEntries()[status], "2024", false)), expected) << status;
-        EXPECT_TRUE(FilterObj(status, ObjStatusEntries()[status], "", false).sql.isEmpty())
-            << "without a year a status is left to the colours";
+        const ObjFilter none = FilterObj(status, ObjStatusEntries()[status], "", false);
+        EXPECT_TRUE(none.sql.isEmpty()) << "without a year a status is left to the colours";
+        // The status list: the colour the server works out, or the program where it leaves it.
+        QList<ObjListRow> list;
+        ASSERT_TRUE(ObjListRows(c, none, status, &list));
+        EXPECT_EQ(Numbers(list), coloured) << status;
     }
+    // The server's colour is the program's wherever it decides; plain texts it always decides.
+    const QStringList stav = Column(Centre, "SELECT stav FROM archobj ORDER BY cis_obj");
+    for (int i = 0; i < int(std::size(rows)); ++i)
+        EXPECT_EQ(stav.value(i).toInt(), i < 13 ? code(rows[i].colour) : stav.value(i).toInt() == 9 ? 9 : code(rows[i].colour))
+            << rows[i].number;
     for (const auto &r : rows) {
         ObjStateFields s;
         s.castkaNull = QLatin1String(r.castka) == "NULL";
@@ -200,6 +232,21 @@ TEST(ObjPages, TwentyEightRowsAPageCountedFromTheEnd)
     for (const auto &c : cases) {
         EXPECT_EQ(ObjPageCount(c.rows), c.pages) << c.rows;
         EXPECT_EQ(ObjPageStart(c.rows, c.page), c.start) << c.rows << " page " << c.page;
+    }
+    // Each page read from the nearer end is that slice of the whole list, repeated numbers
+    // kept in the order of their keys.
+    EmptyCentre();
+    for (int i = 1; i <= 57; ++i)
+        Insert({{"cis_obj", QStringLiteral("%1/05012025").arg(i % 20, 4, 10, QLatin1Char('0'))}, {"Dat_obj", "2025-01-05"}});
+    DbConnection c(ConnStrFor(Centre));
+    QList<ObjListRow> all, page;
+    ASSERT_TRUE(ObjListRows(c, ObjFilter{}, 0, &all));
+    ASSERT_EQ(all.size(), 57);
+    for (int p = 1; p <= 3; ++p) {
+        const int start = ObjPageStart(57, p);
+        ASSERT_TRUE(ObjListPage(c, ObjFilter{}, 57, start, ObjPageRows, &page));
+        EXPECT_EQ(Numbers(page), Numbers(all.mid(start, ObjPageRows))) << p;
+        EXPECT_EQ(page.first().nom, all[start].nom) << p;
     }
 }
 

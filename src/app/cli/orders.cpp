@@ -60,7 +60,7 @@ int ordersList(const CliArgs &args)
         return CliFail(QStringLiteral("orders list: ") + centre.errorText());
     const ObjFilter filter = FilterObj(statusIndex, statusIndex == 5 ? grant : status, year, Session().UserTyp == 3);
     QList<ObjListRow> rows;
-    if (!ObjListRows(centre, filter, statusIndex, 0, -1, &rows))
+    if (!ObjListRows(centre, filter, statusIndex, &rows))
         return CliFail(QStringLiteral("orders list: ") + centre.errorText());
     for (const ObjListRow &r : rows)
         CliSummary(QStringList{QString::number(r.nom), r.cisObj, ObjDateText(r.datObj), r.grant, r.firma,
