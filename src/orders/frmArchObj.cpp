@@ -12,7 +12,10 @@
 #include "orders/objhtml.h"
 #include "orders/objreports.h"
 #include "orders/objsave.h"
+#include "orders/frmTvorObj.h"
+#include "registers/frmFindAll.h"
 
+#include <QAbstractTableModel>
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -28,7 +31,7 @@
 #include <QPushButton>
 #include <QSqlRecord>
 #include <QStyle>
-#include <QTableWidget>
+#include <QTableView>
 #include <QVBoxLayout>
 
 namespace {
@@ -55,7 +58,65 @@ QPushButton *button(QWidget *parent, const char *name, const QString &caption)
 
 // The name box of goods line i (0..7): lines 7 and 8 have boxes of their own numbers.
 int nameBox(int i) { return i < 6 ? i : (i == 6 ? 24 : 32); }
+
+// A failed write on the archive's row: what was not done, and why.
+QString failed(const QString &what, const DbConnection &conn)
+{
+    return what + QStringLiteral("\r\n")
+           + (conn.isOpen() ? conn.errorText() : QStringLiteral("Spojení s databází střediska se nepodařilo otevřít."));
+}
 } // namespace
+
+// The grid's rows: texts, colours and the handover mark are read from the list when painted,
+// so a status list of thousands of rows shows as fast as a page of 28.
+class ObjListModel : public QAbstractTableModel {
+public:
+    ObjListModel(const QList<ObjListRow> &rows, const QSet<int> &chosen, const QIcon &handover, QObject *parent)
+        : QAbstractTableModel(parent), m_rows(rows), m_chosen(chosen), m_handover(handover)
+    {
+    }
+    int rowCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : int(m_rows.size()); }
+    int columnCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : 9; }
+    QVariant data(const QModelIndex &index, int role) const override
+    {
+        if (!index.isValid() || index.row() >= m_rows.size())
+            return {};
+        const ObjListRow &row = m_rows[index.row()];
+        switch (role) {
+        case Qt::DisplayRole:
+            switch (index.column()) {
+            case 0: return QString::number(row.nom);
+            case 1: return row.cisObj;
+            case 2: return ObjDateText(row.datObj);
+            case 3: return row.grant;
+            case 4: return row.firma;
+            case 5: return GetField(row.castka, 0);
+            case 6: return GetField(row.castka, 1);
+            default: return QString();
+            }
+        case Qt::BackgroundRole: return QBrush(ObjCellColour(row.state, index.column(), m_chosen.contains(row.nom)));
+        case Qt::DecorationRole: return index.column() == ColumnL && row.coml ? QVariant(m_handover) : QVariant();
+        default: return {};
+        }
+    }
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override
+    {
+        if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < 9)
+            return QString::fromUtf8(GridCaptions[section]);
+        return QAbstractTableModel::headerData(section, orientation, role);
+    }
+    void reset()
+    {
+        beginResetModel();
+        endResetModel();
+    }
+    void rowChanged(int r) { emit dataChanged(index(r, 0), index(r, 8)); }
+
+private:
+    const QList<ObjListRow> &m_rows;
+    const QSet<int> &m_chosen;
+    QIcon m_handover;
+};
 
 frmArchObj::frmArchObj(QWidget *parent) : QDialog(parent)
 {
@@ -64,17 +125,26 @@ frmArchObj::frmArchObj(QWidget *parent) : QDialog(parent)
     m_db = Session().MysqlDb;
     m_role = Session().UserTyp;
     DatePicker = PickDate;
+    SkladPicker = [](QWidget *parent, const QString &name) -> std::optional<std::pair<QString, QString>> {
+        // The warehouses that hold goods of that name, then the stock screen on the one chosen.
+        frmFindAll find(parent);
+        find.mLineInput = name;
+        if (!find.Load())
+            return std::nullopt;
+        find.setWindowTitle(QStringLiteral("Seznam skladu - ") + name);
+        if (find.exec() != QDialog::Accepted || find.mActualSklad.isEmpty())
+            return std::nullopt;
+        return PickStockLine(parent, find.mNazActualSklad + QLatin1Char('~') + find.mActualSklad, name);
+    };
     buildUi();
 }
 
 void frmArchObj::buildUi()
 {
-    MSFlexGrid2 = new QTableWidget(0, 9, this);
+    MSFlexGrid2 = new QTableView(this);
     MSFlexGrid2->setObjectName(QStringLiteral("MSFlexGrid2"));
-    QStringList captions;
-    for (const char *c : GridCaptions)
-        captions << QString::fromUtf8(c);
-    MSFlexGrid2->setHorizontalHeaderLabels(captions);
+    m_model = new ObjListModel(m_rows, m_chosen, style()->standardIcon(QStyle::SP_DialogApplyButton), this);
+    MSFlexGrid2->setModel(m_model);
     MSFlexGrid2->verticalHeader()->hide();
     MSFlexGrid2->setEditTriggers(QAbstractItemView::NoEditTriggers);
     MSFlexGrid2->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -86,7 +156,7 @@ void frmArchObj::buildUi()
         MSFlexGrid2->setColumnWidth(c, widths[c]);
     MSFlexGrid2->setMinimumWidth(760);
     // The cursor row is aqua like the chosen ones.
-    MSFlexGrid2->setStyleSheet(QStringLiteral("QTableWidget::item:selected { background: #00FFFF; color: black; }"));
+    MSFlexGrid2->setStyleSheet(QStringLiteral("QTableView::item:selected { background: #00FFFF; color: black; }"));
 
     Combo2 = new QComboBox(this);
     Combo2->setObjectName(QStringLiteral("Combo2"));
@@ -168,6 +238,9 @@ void frmArchObj::buildUi()
     Combo1 = new QComboBox(this);
     Combo1->setObjectName(QStringLiteral("Combo1"));
     Combo1->setEditable(true);
+    Combo1->setInsertPolicy(QComboBox::NoInsert);
+    lblVyrizuje = new QLabel(this);   // the telephone and extension that came with the person
+    lblVyrizuje->setObjectName(QStringLiteral("lblVyrizuje"));
     Command2 = button(this, "Command2", QStringLiteral("..."));
     cmdPristup = button(this, "cmdPristup", QStringLiteral("..."));
     // The column a box is saved to takes the box's label as caption in messages.
@@ -189,7 +262,7 @@ void frmArchObj::buildUi()
                 {"Přijemce:", txtPrijemce, nullptr, nullptr},
                 {"Hrazeno z:", txtHrazeno, Text4, "Prikazce"},
                 {"Poznámka", txtPozn, nullptr, "Text1"},
-                {"Vyřizuje", Combo1, nullptr, nullptr}};
+                {"Vyřizuje", Combo1, lblVyrizuje, nullptr}};
     int r = 0;
     for (const auto &row : rows) {
         if (row.column)
@@ -228,6 +301,13 @@ void frmArchObj::buildUi()
         goods->addWidget(txtFields[nameBox(i)], i + 1, 0);
         goods->addWidget(txtFields[8 + i], i + 1, 1);
         goods->addWidget(txtFields[35 + i], i + 1, 2);
+        cmdSklad[i] = button(FrameZbozi, "cmdSklad", QStringLiteral("Sklad"));
+        cmdSklad[i]->setObjectName(QStringLiteral("cmdSklad%1").arg(i));
+        goods->addWidget(cmdSklad[i], i + 1, 3);
+        txtLabel1[i] = new QLabel(FrameZbozi);   // the warehouse of the last pick
+        txtLabel1[i]->setObjectName(QStringLiteral("txtLabel1_%1").arg(i));
+        goods->addWidget(txtLabel1[i], i + 1, 4);
+        connect(cmdSklad[i], &QPushButton::clicked, this, [this, i] { cmdSklad_Click(i); });
         for (int b : {nameBox(i), 8 + i, 35 + i})
             txtFields[b]->show();
     }
@@ -311,11 +391,13 @@ void frmArchObj::buildUi()
         m_chosen.clear();
         FilterObj();
     });
-    connect(MSFlexGrid2, &QTableWidget::currentCellChanged, this, [this](int row) { enterRow(row); });
-    connect(MSFlexGrid2, &QTableWidget::cellClicked, this, [this](int row, int column) {
-        if (column == ColumnL)
-            toggleHandover(row);
+    connect(MSFlexGrid2->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex &current) { enterRow(current.row()); });
+    connect(MSFlexGrid2, &QTableView::clicked, this, [this](const QModelIndex &index) {
+        if (index.column() == ColumnL)
+            toggleHandover(index.row());
     });
+    connect(Combo1, &QComboBox::activated, this, &frmArchObj::Combo1_Click);
     connect(cmdTop, &QPushButton::clicked, this, [this] { FillPage(m_pages); });
     connect(cmdBot, &QPushButton::clicked, this, [this] { FillPage(1); });
     connect(cmdUp, &QPushButton::clicked, this, [this] { FillPage(std::min(m_pages, m_page + 1)); });
@@ -379,7 +461,9 @@ void frmArchObj::fillLists()
                 Combo1->addItem(q.value(0).toString());
         cmbStrediska->clear();
         cmbStrediska->addItem(QStringLiteral("- Výbrat -"));
-        if (sys.exec(q, QStringLiteral("SELECT code_stredisko, name_stredisko, mysql_db FROM sys_db_kvl ORDER BY code_stredisko")))
+        // The pharmacy's own row is no centre of orders.
+        if (sys.exec(q, QStringLiteral("SELECT code_stredisko, name_stredisko, mysql_db FROM sys_db_kvl WHERE lekarna = 0 "
+                                       "ORDER BY code_stredisko")))
             while (q.next())
                 cmbStrediska->addItem(q.value(0).toString() + QLatin1Char(' ') + q.value(1).toString(), q.value(2));
     }
@@ -410,6 +494,11 @@ void frmArchObj::applyRole()
     cmdEdit->setEnabled(m_role != 5 && m_role != 3);
     cmdRozpocet->setEnabled(m_role != 3);
     cmdCerpani->setEnabled(m_role != 3);
+    // The pharmacy saves the price and the dates only, the order manager nothing.
+    const bool lines = m_role != 5 && m_role != 3;
+    Combo1->setEnabled(lines);
+    for (QPushButton *b : cmdSklad)
+        b->setEnabled(lines);
 }
 
 void frmArchObj::FilterObj(const QString &field)
@@ -425,7 +514,7 @@ void frmArchObj::FilterObj(const QString &field)
         m_nextNumber = MakeObjCislo(counter);
     // A status list is one page of every row whose colour fits.
     if (status >= 1 && status <= 4) {
-        if (conn.isOpen() && ObjListRows(conn, m_filter, status, 0, -1, &m_rows))
+        if (conn.isOpen() && ObjListRows(conn, m_filter, status, &m_rows))
             m_total = int(m_rows.size());
     } else if (conn.isOpen()) {
         ObjListCount(conn, m_filter, &m_total);
@@ -443,25 +532,17 @@ void frmArchObj::FillPage(int page)
         m_rows.clear();
         DbConnection conn(ConnStrFor(m_db));
         if (conn.isOpen())
-            ObjListRows(conn, m_filter, status, ObjPageStart(m_total, m_page), ObjPageRows, &m_rows);
+            ObjListPage(conn, m_filter, m_total, ObjPageStart(m_total, m_page), ObjPageRows, &m_rows);
     }
 
     m_filling = true;
-    MSFlexGrid2->clearContents();
-    MSFlexGrid2->setRowCount(int(m_rows.size()));
+    m_model->reset();
     double sum5 = 0, sum6 = 0;
-    for (int r = 0; r < m_rows.size(); ++r) {
-        const ObjListRow &row = m_rows[r];
-        const QString texts[] = {QString::number(row.nom), row.cisObj, ObjDateText(row.datObj), row.grant, row.firma,
-                                 GetField(row.castka, 0), GetField(row.castka, 1), QString(), QString()};
-        for (int c = 0; c < 9; ++c)
-            MSFlexGrid2->setItem(r, c, new QTableWidgetItem(texts[c]));
-        paintRow(r);
+    for (const ObjListRow &row : m_rows)
         if (!row.grant.contains(QLatin1Char(','))) {
-            sum5 += AmountOf(texts[5]);
-            sum6 += AmountOf(texts[6]);
+            sum5 += AmountOf(GetField(row.castka, 0));
+            sum6 += AmountOf(GetField(row.castka, 1));
         }
-    }
     Label20->setText(FormatAmountText(QString::number(sum5, 'f', 2)));
     Label21->setText(FormatAmountText(QString::number(sum6, 'f', 2)));
     txtPage->setText(QString::number(m_page));
@@ -474,7 +555,7 @@ void frmArchObj::FillPage(int page)
         b->setEnabled(any);
     m_filling = false;
     if (any) {
-        MSFlexGrid2->setCurrentCell(0, 1);
+        selectRow(0);
         enterRow(0);
     } else {
         clearDetail();
@@ -483,13 +564,17 @@ void frmArchObj::FillPage(int page)
 
 void frmArchObj::paintRow(int r)
 {
-    const ObjListRow &row = m_rows[r];
-    const bool chosen = m_chosen.contains(row.nom);
-    for (int c = 0; c < 9; ++c)
-        if (QTableWidgetItem *item = MSFlexGrid2->item(r, c))
-            item->setBackground(ObjCellColour(row.state, c, chosen));
-    if (QTableWidgetItem *l = MSFlexGrid2->item(r, ColumnL))
-        l->setIcon(row.coml ? style()->standardIcon(QStyle::SP_DialogApplyButton) : QIcon());
+    m_model->rowChanged(r);
+}
+
+int frmArchObj::currentRow() const
+{
+    return MSFlexGrid2->currentIndex().row();
+}
+
+void frmArchObj::selectRow(int r)
+{
+    MSFlexGrid2->setCurrentIndex(m_model->index(r, 1));
 }
 
 void frmArchObj::enterRow(int r)
@@ -558,6 +643,9 @@ void frmArchObj::ShowObj(int nom)
     for (int i = 0; i < 5; ++i)
         Text1[i]->setText(q.value(QStringLiteral("LineRec%1").arg(i + 1)).toString().remove(QLatin1Char('#')));
     Combo1->setEditText(v("LineRec9"));
+    lblVyrizuje->setText(QStringList{v("Poc9"), v("LineRec10")}.join(QStringLiteral(", ")));
+    for (QLabel *l : txtLabel1)
+        l->clear();
 
     FrameZbozi->setVisible(m_typ == KindSklad);
     FrameText->setVisible(m_typ == KindText || m_typ == KindSluzby);
@@ -616,13 +704,18 @@ bool frmArchObj::SaveByRole()
         d.objZauct = Text9->text();
         result = SaveObjArchive(conn, m_nom, d);
     }
+    return afterWrite(conn, result);
+}
+
+bool frmArchObj::afterWrite(DbConnection &conn, ObjWrite result)
+{
     if (result == ObjWrite::Failed) {
         MsgBox(conn.errorText(), MsgCritical);   // the failed statement's, under the boxes' captions
         return false;
     }
     // The row's state may have changed: read it again for the grid (gone rows leave the list).
     const int nom = m_nom;
-    const int current = MSFlexGrid2->currentRow();
+    const int current = currentRow();
     if (result == ObjWrite::Missing) {
         FilterObj();
         return false;
@@ -630,10 +723,6 @@ bool frmArchObj::SaveByRole()
     ObjListRow fresh;
     if (current >= 0 && current < m_rows.size() && m_rows[current].nom == nom && ObjListRowOf(conn, nom, &fresh)) {
         m_rows[current] = fresh;
-        const QString texts[] = {QString::number(nom), fresh.cisObj, ObjDateText(fresh.datObj), fresh.grant, fresh.firma,
-                                 GetField(fresh.castka, 0), GetField(fresh.castka, 1)};
-        for (int c = 0; c < 7; ++c)
-            MSFlexGrid2->item(current, c)->setText(texts[c]);
         paintRow(current);
     }
     return true;
@@ -649,7 +738,7 @@ void frmArchObj::amountLeft()
 
 void frmArchObj::toggleChosen()
 {
-    const int r = MSFlexGrid2->currentRow();
+    const int r = currentRow();
     if (r < 0 || r >= m_rows.size())
         return;
     const int nom = m_rows[r].nom;
@@ -691,16 +780,16 @@ void frmArchObj::cmdCopy_Click()
     if (!number || number->trimmed().isEmpty())
         return;
     DbConnection conn(ConnStrFor(m_db));
-    const int copy = CopyObj(conn, m_nom, number->trimmed());
+    const int copy = conn.isOpen() ? CopyObj(conn, m_nom, number->trimmed()) : -1;
     if (copy < 0) {
-        MsgBox(conn.errorText(), MsgCritical);
+        MsgBox(failed(QStringLiteral("Objednávku číslo %1 se nepodařilo zkopírovat.").arg(Text6->text()), conn), MsgCritical);
         return;
     }
     FilterObj();
     for (int page = m_pages; copy > 0 && page >= 1; --page) {
         for (int r = 0; r < m_rows.size(); ++r)
             if (m_rows[r].nom == copy) {
-                MSFlexGrid2->setCurrentCell(r, 1);
+                selectRow(r);
                 return;
             }
         if (page > 1)
@@ -715,9 +804,9 @@ void frmArchObj::cmdDelete_Click()
     if (!m_chosen.isEmpty()) {
         if (!Confirmed(MsgBoxPos(MultiDeleteQuestion(int(m_chosen.size())), MsgQuestionOkCancel, title)))
             return;
-        const int count = DeleteObjRows(conn, m_chosen.values());
+        const int count = conn.isOpen() ? DeleteObjRows(conn, m_chosen.values()) : -1;
         if (count < 0) {
-            MsgBox(conn.errorText(), MsgCritical);
+            MsgBox(failed(QStringLiteral("Vybrané objednávky se nepodařilo smazat; žádná nebyla smazána."), conn), MsgCritical);
             return;
         }
         m_chosen.clear();
@@ -729,8 +818,8 @@ void frmArchObj::cmdDelete_Click()
                                      + Text6->text() + QLatin1Char('.'),
                                  MsgQuestionOkCancel, title)))
             return;
-        if (DeleteObjNumber(conn, Text6->text()) < 0) {
-            MsgBox(conn.errorText(), MsgCritical);
+        if (!conn.isOpen() || DeleteObjNumber(conn, Text6->text()) < 0) {
+            MsgBox(failed(QStringLiteral("Objednávku číslo %1 se nepodařilo smazat.").arg(Text6->text()), conn), MsgCritical);
             return;
         }
     }
@@ -782,7 +871,7 @@ void frmArchObj::cmdSaveHTML_Click()
     DbConnection conn(ConnStrFor(m_db));
     const QString text = QStringLiteral("F") + QString(Text6->text()).replace(QLatin1Char('/'), QLatin1Char('_')) + QStringLiteral(".txt");
     if (!conn.exec(QStringLiteral("UPDATE ArchObj SET `Text` = ?, `file_html_text` = ? WHERE nom=?"), {text, editor->html(), m_nom})) {
-        MsgBox(conn.errorText(), MsgCritical);
+        MsgBox(failed(QStringLiteral("Text objednávky číslo %1 se nepodařilo uložit.").arg(Text6->text()), conn), MsgCritical);
         return;
     }
     editor->setLocked(true);
@@ -805,7 +894,8 @@ void frmArchObj::keyPressEvent(QKeyEvent *event)
     case Qt::Key_F8: cmdDelete_Click(); return;
     case Qt::Key_F5:
     case Qt::Key_F7: return;
-    case Qt::Key_Escape: return;   // the list stays; Esc does not close it
+    case Qt::Key_F10:
+    case Qt::Key_Escape: putIntoTray(); return;
     default: QDialog::keyPressEvent(event);
     }
 }
@@ -818,7 +908,7 @@ bool frmArchObj::eventFilter(QObject *watched, QEvent *event)
             toggleChosen();
             return true;
         }
-        if (key->key() == Qt::Key_F3 || key->key() == Qt::Key_F8) {
+        if (key->key() == Qt::Key_F3 || key->key() == Qt::Key_F8 || key->key() == Qt::Key_F10 || key->key() == Qt::Key_Escape) {
             keyPressEvent(key);
             return true;
         }
@@ -843,6 +933,46 @@ bool frmArchObj::eventFilter(QObject *watched, QEvent *event)
         }
     }
     return QDialog::eventFilter(watched, event);
+}
+
+void frmArchObj::putIntoTray()
+{
+    // The program goes to the tray with its main window; its icon there brings it back.
+    QWidget *main = parentWidget() ? parentWidget()->window() : this;
+    main->showMinimized();
+}
+
+void frmArchObj::cmdSklad_Click(int i)
+{
+    if (m_nom == 0 || m_typ != KindSklad)
+        return;
+    const QString name = txtFields[nameBox(i)]->text().trimmed();
+    const auto picked = SkladPicker(this, name);
+    if (!picked)
+        return;
+    const QString &line = picked->second;
+    const QString unit = GetField(line, 2, '~');
+    txtFields[nameBox(i)]->setText(GetField(line, 0, '~'));
+    if (GetField(line, 3, '~').trimmed() != QLatin1String("0,00"))
+        txtFields[8 + i]->setText(GetField(line, 3, '~'));
+    txtFields[35 + i]->setText(QStringLiteral("1 ") + unit);
+    // The line's unit is kept in its whole text, from which the save takes it.
+    txtData[i]->setText(txtFields[nameBox(i)]->text() + QLatin1Char('#') + txtFields[8 + i]->text() + QLatin1Char('#') + unit);
+    txtLabel1[i]->setText(GetField(picked->first, 0, '~'));
+    SaveByRole();
+}
+
+void frmArchObj::Combo1_Click(int index)
+{
+    if (m_filling || m_nom == 0 || index < 0 || m_role == 3 || m_role == 5)
+        return;
+    DbConnection sys(ConnStrSys());
+    ObjVyrizuje person;
+    if (!sys.isOpen() || !ReadVyrizuje(sys, Combo1->itemText(index), &person))
+        return;
+    DbConnection conn(ConnStrFor(m_db));
+    if (conn.isOpen() && afterWrite(conn, SaveObjVyrizuje(conn, m_nom, person)))
+        lblVyrizuje->setText(QStringList{person.telefon, person.linka}.join(QStringLiteral(", ")));
 }
 
 void ShowArchObj(QWidget *parent)

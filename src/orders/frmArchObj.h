@@ -14,14 +14,17 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <utility>
 
 class QComboBox;
 class QFrame;
 class QLabel;
 class QLineEdit;
 class QPushButton;
-class QTableWidget;
+class QTableView;
+class ObjListModel;
 class ObjTextEditor;
+enum class ObjWrite;
 
 class frmArchObj : public QDialog {
     Q_OBJECT
@@ -45,6 +48,10 @@ public:
 
     // The date picker of the calendar buttons: the chosen date, nothing when cancelled.
     std::function<std::optional<QString>(QWidget *, const QString &)> DatePicker;
+    // The stock pick of cmdSklad for a goods line's name: the warehouses holding such goods,
+    // then the stock screen. The warehouse ("Typ~File") and the item's "~"-line; nothing when
+    // cancelled.
+    std::function<std::optional<std::pair<QString, QString>>(QWidget *, const QString &name)> SkladPicker;
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -54,10 +61,15 @@ private:
     void buildUi();
     void fillLists();
     void paintRow(int gridRow);
+    int currentRow() const;
+    void selectRow(int gridRow);
     void enterRow(int gridRow);
     void clearDetail();
     void applyRole();
     bool SaveByRole();
+    // After a save of the row: the message of a failure, the list again when the row is gone,
+    // else the grid's row read again. True when saved.
+    bool afterWrite(DbConnection &conn, ObjWrite result);
     void amountLeft();
     void toggleChosen();
     void toggleHandover(int gridRow);
@@ -67,6 +79,9 @@ private:
     void cmdCerpani_Click();
     void cmdLekarna_Click();
     void cmdSaveHTML_Click();
+    void cmdSklad_Click(int line);
+    void Combo1_Click(int index);
+    void putIntoTray();
     void pickDate(QLineEdit *box);
 
     QString m_db;               // the centre's database
@@ -81,9 +96,12 @@ private:
     ObjFilter m_filter;         // the filter of the list shown
     FieldCaptions m_captions;   // the detail boxes' labels, for a value the server refuses
 
-    QTableWidget *MSFlexGrid2;
+    QTableView *MSFlexGrid2;
+    ObjListModel *m_model;
     QComboBox *Combo2, *Combo5, *cmbStrediska, *Combo1;
-    QLabel *lblSelStredisko, *Label20, *Label21, *lblDruh;
+    QLabel *lblSelStredisko, *Label20, *Label21, *lblDruh, *lblVyrizuje;
+    std::array<QLabel *, 8> txtLabel1{};
+    std::array<QPushButton *, 8> cmdSklad{};
     QLineEdit *txtPage, *txtPages;
     QLineEdit *Text6, *Text2, *Text8, *Text7, *Text9, *txtDatObj, *txtGrant, *txtCena, *txtCastka, *txtZauct,
         *txtPrijemce, *txtHrazeno, *Text4, *txtPozn, *Text5;

@@ -53,6 +53,18 @@ QLineEdit *box(QWidget *parent, const QString &name)
 enum { ColName, ColQty, ColUnit, ColPrice };
 } // namespace
 
+std::optional<std::pair<QString, QString>> PickStockLine(QWidget *parent, const QString &warehouse,
+                                                         const QString &nameFilter)
+{
+    frmCHEMIK chemik(parent);
+    chemik.OpenFile = warehouse;
+    chemik.VyberObjedn = true;
+    chemik.NazevFilter = nameFilter;
+    if (!chemik.Load() || chemik.exec() != QDialog::Accepted || chemik.mLineInput.isEmpty())
+        return std::nullopt;
+    return std::pair{chemik.OpenFile, chemik.mLineInput};
+}
+
 frmTvorObj::frmTvorObj(QWidget *parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("frmTvorObj"));
@@ -72,14 +84,7 @@ frmTvorObj::frmTvorObj(QWidget *parent) : QDialog(parent)
             return std::nullopt;
         return typ.mOpenFile;
     };
-    StockPicker = [](QWidget *parent, const QString &warehouse) -> std::optional<std::pair<QString, QString>> {
-        frmCHEMIK chemik(parent);
-        chemik.OpenFile = warehouse;
-        chemik.VyberObjedn = true;
-        if (!chemik.Load() || chemik.exec() != QDialog::Accepted || chemik.mLineInput.isEmpty())
-            return std::nullopt;
-        return std::pair{chemik.OpenFile, chemik.mLineInput};
-    };
+    StockPicker = [](QWidget *parent, const QString &warehouse) { return PickStockLine(parent, warehouse); };
 
     txtObjCislo = box(this, QStringLiteral("txtObjCislo"));
     txtObjCislo->setReadOnly(true);

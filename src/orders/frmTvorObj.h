@@ -10,6 +10,7 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <utility>
 
 class QComboBox;
 class QFrame;
@@ -19,6 +20,12 @@ class QPlainTextEdit;
 class QPushButton;
 class QTableWidget;
 class ObjTextEditor;
+
+// The stock screen as the picker of an order's goods line, on the warehouse ("Typ~File"),
+// with only the goods whose name starts with nameFilter when one is given. The warehouse the
+// item came from and the item's "~"-line; nothing when cancelled.
+std::optional<std::pair<QString, QString>> PickStockLine(QWidget *parent, const QString &warehouse,
+                                                         const QString &nameFilter = QString());
 
 class frmTvorObj : public QDialog {
     Q_OBJECT

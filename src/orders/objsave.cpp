@@ -193,6 +193,29 @@ ObjWrite SaveObjLekarna(DbConnection &centre, int nom, const QString &castka, co
                : ObjWrite::Failed;
 }
 
+bool ReadVyrizuje(DbConnection &sys, const QString &jmeno, ObjVyrizuje *person)
+{
+    QSqlQuery q = sys.query();
+    if (!sys.exec(q, QStringLiteral("SELECT Vyrizuje, Telefon, Linka FROM sys_nastaveniobj WHERE Vyrizuje = ?"), {jmeno})
+        || !q.next())
+        return false;
+    *person = {q.value(0).toString(), q.value(1).toString(), q.value(2).toString()};
+    return true;
+}
+
+ObjWrite SaveObjVyrizuje(DbConnection &centre, int nom, const ObjVyrizuje &person)
+{
+    bool exists = false;
+    if (!rowExists(centre, QStringLiteral("nom = ?"), nom, &exists))
+        return ObjWrite::Failed;
+    if (!exists)
+        return ObjWrite::Missing;
+    return run(centre, QStringLiteral("UPDATE ArchObj SET `LineRec9` = ?, `Poc9` = ?, `LineRec10` = ? WHERE nom=?"),
+               {noQuotes(person.jmeno), noQuotes(person.telefon), noQuotes(person.linka), nom})
+               ? ObjWrite::Saved
+               : ObjWrite::Failed;
+}
+
 int CopyObj(DbConnection &centre, int nom, const QString &newNumber)
 {
     static const QString copied = QStringLiteral(

@@ -69,6 +69,16 @@ ObjWrite SaveObjArchive(DbConnection &centre, int nom, const ObjArchiveDetail &d
 ObjWrite SaveObjLekarna(DbConnection &centre, int nom, const QString &castka, const QString &datVyriz,
                         const QString &objWF);
 
+// The person who handles the order as the list of ordering persons (sys_nastaveniobj) has
+// them: the name for LineRec9, the telephone for Poc9, the extension for LineRec10.
+struct ObjVyrizuje {
+    QString jmeno, telefon, linka;
+};
+// False when the name is not in the list (or the list cannot be read).
+bool ReadVyrizuje(DbConnection &sys, const QString &jmeno, ObjVyrizuje *person);
+// The archive's choice of the person: the three columns, quotes removed as in its other saves.
+ObjWrite SaveObjVyrizuje(DbConnection &centre, int nom, const ObjVyrizuje &person);
+
 // Copies the row under a new number: the dates of processing and booking a blank, not handed
 // over. Returns the new row's nom, 0 when the row is gone, -1 on a server error.
 int CopyObj(DbConnection &centre, int nom, const QString &newNumber);

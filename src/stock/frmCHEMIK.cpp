@@ -61,6 +61,12 @@ public:
 };
 
 namespace {
+// A typed start of a name as the pattern of "Nazev LIKE": "*" stands for any text.
+QString namePattern(QString text)
+{
+    return text.replace(QLatin1Char('*'), QLatin1Char('%')) + QLatin1Char('%');
+}
+
 QPushButton *button(QWidget *parent, const char *name, const QString &caption)
 {
     auto *b = new QPushButton(caption, parent);
@@ -283,6 +289,8 @@ bool frmCHEMIK::Load()
     cmdSklady->setVisible(!VyberObjedn);
     cmdVyber->setVisible(VyberObjedn);
     cmdTransfer->setVisible(VyberObjedn);
+    if (!NazevFilter.isEmpty())
+        m_nameFilter = namePattern(NazevFilter);
     return bindSklad(open);
 }
 
@@ -504,9 +512,7 @@ void frmCHEMIK::cmdFindAll_Click()
     find.Load();
     if (find.exec() != QDialog::Accepted || find.mActualSklad.isEmpty())
         return;
-    QString pattern = *text;
-    pattern.replace(QLatin1Char('*'), QLatin1Char('%'));
-    m_nameFilter = pattern + QLatin1Char('%');
+    m_nameFilter = namePattern(*text);
     if (!bindSklad(find.mNazActualSklad + QLatin1Char('~') + find.mActualSklad))
         m_nameFilter.clear();
 }

@@ -37,6 +37,8 @@ public:
     bool ChangeBaleni = false;
     QString mLineInput;
     bool VyberObjedn = false;
+    // Set before Load: only the goods whose name starts with this text ("*" any text), of every year.
+    QString NazevFilter;
     short ParamAkce = 0;   // 0 none, 1 edit, 2 receipt, 3 issue
 
     bool Load();

@@ -11,7 +11,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTableWidget>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -20,7 +19,6 @@ using namespace testenv;
 using namespace seed;
 
 namespace {
-QTableWidget *Grid(QWidget *s) { return Child<QTableWidget>(s, "MSFlexGrid2"); }
 QLineEdit *Box(QWidget *s, const char *name) { return Child<QLineEdit>(s, name); }
 void Click(QWidget *s, const char *name) { Child<QPushButton>(s, name)->click(); }
 bool Enabled(QWidget *s, const char *name) { return Child<QPushButton>(s, name)->isEnabled(); }
@@ -35,19 +33,6 @@ void Choose(QWidget *s, const char *combo, const QString &text)
     emit c->activated(index);
 }
 
-int RowOfNumber(QWidget *s, const QString &cisObj)
-{
-    for (int r = 0; r < Grid(s)->rowCount(); ++r)
-        if (Grid(s)->item(r, 1)->text() == cisObj)
-            return r;
-    return -1;
-}
-
-void Select(QWidget *s, int row)
-{
-    ASSERT_GE(row, 0);
-    Grid(s)->setCurrentCell(row, 1);
-}
 
 // Types into a box and leaves it with Enter.
 void TypeEnter(QWidget *s, const char *name, const QString &text)
@@ -60,7 +45,6 @@ void TypeEnter(QWidget *s, const char *name, const QString &text)
     emit e->editingFinished();
 }
 
-QColor Colour(QWidget *s, int row, int column) { return Grid(s)->item(row, column)->background().color(); }
 
 // 28 or 29 rows of one year in processing.
 void SeedRows(int count)
@@ -79,15 +63,15 @@ TEST(frmArchObj, PagesOf28And29RowsAndTheSumsWithoutSharedGrants)
         LoginAs(2);
         frmArchObj screen;
         screen.Load();
-        EXPECT_EQ(Grid(&screen)->rowCount(), 28) << count;
+        EXPECT_EQ(GridRows(&screen), 28) << count;
         EXPECT_EQ(Box(&screen, "txtPages")->text(), count == 28 ? "1" : "2");
         EXPECT_FALSE(Enabled(&screen, "cmdUp"));
         EXPECT_EQ(Enabled(&screen, "cmdDown"), count == 29);
-        EXPECT_EQ(Grid(&screen)->item(27, 1)->text(), QStringLiteral("%1/05012025").arg(count, 4, 10, QLatin1Char('0')));
+        EXPECT_EQ(GridText(&screen, 27, 1), QStringLiteral("%1/05012025").arg(count, 4, 10, QLatin1Char('0')));
         if (count == 29) {
             Click(&screen, "cmdDown");
             EXPECT_EQ(Box(&screen, "txtPage")->text(), "1");
-            EXPECT_EQ(Grid(&screen)->item(0, 1)->text(), "0001/05012025");
+            EXPECT_EQ(GridText(&screen, 0, 1), "0001/05012025");
             EXPECT_TRUE(Enabled(&screen, "cmdUp"));
             EXPECT_FALSE(Enabled(&screen, "cmdDown"));
         }
@@ -110,23 +94,23 @@ TEST(frmArchObj, ClerkFiltersTypesTheLaterFactsCopiesDeletesAndHandsOver)
     EXPECT_EQ(screen.windowTitle(), "Seznam zádanek");
     const int demoRows = Column(Centre, "SELECT COUNT(*) FROM archobj").value(0).toInt();
     EXPECT_EQ(Box(&screen, "txtPages")->text(), QString::number(ObjPageCount(demoRows)));
-    EXPECT_EQ(Grid(&screen)->horizontalHeaderItem(4)->text(), "          Název firmy");
+    EXPECT_EQ(ArchGrid(&screen)->model()->headerData(4, Qt::Horizontal).toString(), "          Název firmy");
     SaveScreen(&screen, "frmArchObj");
 
     // A status list is one page of rows of that colour only.
     Choose(&screen, "Combo2", "Výřizování");
-    ASSERT_GT(Grid(&screen)->rowCount(), 0);
+    ASSERT_GT(GridRows(&screen), 0);
     EXPECT_EQ(Box(&screen, "txtPages")->text(), "1");
-    for (int r = 0; r < Grid(&screen)->rowCount(); ++r)
-        EXPECT_EQ(Colour(&screen, r, 0), ObjColours::Yellow) << r;
+    for (int r = 0; r < GridRows(&screen); ++r)
+        EXPECT_EQ(GridColour(&screen, r, 0), ObjColours::Yellow) << r;
     Choose(&screen, "Combo2", "1203");
-    for (int r = 0; r < Grid(&screen)->rowCount(); ++r)
-        EXPECT_TRUE(Grid(&screen)->item(r, 3)->text().contains("1203"));
+    for (int r = 0; r < GridRows(&screen); ++r)
+        EXPECT_TRUE(GridText(&screen, r, 3).contains("1203"));
 
     // The later facts of an order: the official number, delivery, price.
     SeedRows(3);
     Choose(&screen, "Combo2", "- Vše -");
-    Select(&screen, RowOfNumber(&screen, "0002/05012025"));
+    SelectRow(&screen, GridRowOf(&screen, "0002/05012025"));
     EXPECT_EQ(Box(&screen, "Text6")->text(), "0002/05012025");
     TypeEnter(&screen, "Text2", "OBJ-'7'");
     // A character outside Windows-1250 is refused and said under the box's label.
@@ -138,16 +122,16 @@ TEST(frmArchObj, ClerkFiltersTypesTheLaterFactsCopiesDeletesAndHandsOver)
     TypeEnter(&screen, "Text2", "OBJ-7");
     TypeEnter(&screen, "Text7", "9.1.2025");
     EXPECT_EQ(Row("Cis_global, Dat_vyriz, Castka", "0002/05012025"), "OBJ-7|09.01.2025|0,00##");
-    EXPECT_EQ(Colour(&screen, RowOfNumber(&screen, "0002/05012025"), 3), ObjColours::Green);
+    EXPECT_EQ(GridColour(&screen, GridRowOf(&screen, "0002/05012025"), 3), ObjColours::Green);
     TypeEnter(&screen, "txtCastka", "1250");
     EXPECT_EQ(Box(&screen, "txtCastka")->text(), "1 250,00");
     EXPECT_EQ(Row("Castka", "0002/05012025"), "1 250,00#0,00#");
-    EXPECT_EQ(Colour(&screen, RowOfNumber(&screen, "0002/05012025"), 3), ObjColours::Red);
+    EXPECT_EQ(GridColour(&screen, GridRowOf(&screen, "0002/05012025"), 3), ObjColours::Red);
     TypeEnter(&screen, "txtZauct", "1250");
     Box(&screen, "Text9")->setText("31.01.2025");
     TypeEnter(&screen, "Text9", "31.01.2025");
     EXPECT_EQ(Row("Castka, objZauct", "0002/05012025"), "1 250,00#1 250,00#|31.01.2025");
-    EXPECT_EQ(Colour(&screen, RowOfNumber(&screen, "0002/05012025"), 3), ObjColours::Grey);
+    EXPECT_EQ(GridColour(&screen, GridRowOf(&screen, "0002/05012025"), 3), ObjColours::Grey);
 
     // Copy under the offered number, then under an existing one.
     messages.answers = {AnswerOk, AnswerOk};
@@ -161,31 +145,31 @@ TEST(frmArchObj, ClerkFiltersTypesTheLaterFactsCopiesDeletesAndHandsOver)
     EXPECT_EQ(Column(Centre, "SELECT CONCAT(objWF,'|',objZauct,'|',coml) FROM archobj WHERE cis_obj='0002/05012025' ORDER BY nom DESC").value(0), " | |0");
 
     // Handover by a click in the "  L" column, asked first.
-    const int r1 = RowOfNumber(&screen, "0001/05012025");
+    const int r1 = GridRowOf(&screen, "0001/05012025");
     messages.answers = {AnswerOk};
-    emit Grid(&screen)->cellClicked(r1, 7);
+    ClickCell(&screen, r1, 7);
     EXPECT_EQ(messages.shown.back().text, "Opravdu chcete objednávku číslo: 0001/05012025\r\n předat do Lékárny?");
     EXPECT_EQ(Row("coml", "0001/05012025"), "1");
-    EXPECT_FALSE(Grid(&screen)->item(r1, 7)->icon().isNull());
+    EXPECT_FALSE(GridData(&screen, r1, 7, Qt::DecorationRole).isNull());
 
     // Space chooses rows (aqua), F8 deletes the chosen ones after the question.
-    Select(&screen, RowOfNumber(&screen, "0001/05012025"));
-    QTest::keyClick(Grid(&screen), Qt::Key_Space);
-    Select(&screen, RowOfNumber(&screen, "0003/05012025"));
-    QTest::keyClick(Grid(&screen), Qt::Key_Space);
-    EXPECT_EQ(Colour(&screen, RowOfNumber(&screen, "0003/05012025"), 4), ObjColours::Aqua);
+    SelectRow(&screen, GridRowOf(&screen, "0001/05012025"));
+    QTest::keyClick(ArchGrid(&screen), Qt::Key_Space);
+    SelectRow(&screen, GridRowOf(&screen, "0003/05012025"));
+    QTest::keyClick(ArchGrid(&screen), Qt::Key_Space);
+    EXPECT_EQ(GridColour(&screen, GridRowOf(&screen, "0003/05012025"), 4), ObjColours::Aqua);
     SaveScreen(&screen, "frmArchObj-chosen");
     messages.answers = {AnswerOk};
-    QTest::keyClick(Grid(&screen), Qt::Key_F8);
+    QTest::keyClick(ArchGrid(&screen), Qt::Key_F8);
     EXPECT_TRUE(messages.saw("Chcete opravdu smazat 2 položky  objednavky? \r\n\r\n"));
     EXPECT_TRUE(messages.saw("2 - řádky/ů bylo smazano."));
     EXPECT_EQ(Column(Centre, "SELECT cis_obj FROM archobj"), QStringList({"0002/05012025", "0002/05012025"}));
 
     // A row deleted by another user meanwhile: saving does nothing and the list drops it.
-    Select(&screen, 0);
+    SelectRow(&screen, 0);
     Exec(Centre, "DELETE FROM archobj");
     TypeEnter(&screen, "Text2", "X");
-    EXPECT_EQ(Grid(&screen)->rowCount(), 0);
+    EXPECT_EQ(GridRows(&screen), 0);
     EXPECT_EQ(Column(Centre, "SELECT COUNT(*) FROM archobj").value(0), "0");
 }
 
@@ -199,16 +183,18 @@ TEST(frmArchObj, PharmacySavesPriceAndDatesOnlyAndCannotHandOver)
     screen.Load();
     EXPECT_FALSE(Enabled(&screen, "cmdCerpani"));
     EXPECT_FALSE(Enabled(&screen, "cmdRozpocet"));
+    EXPECT_FALSE(Child<QComboBox>(&screen, "Combo1")->isEnabled());
+    EXPECT_FALSE(Enabled(&screen, "cmdSklad0"));
     // With no year chosen the pharmacy sees every row; with a year, its own first alternative.
-    EXPECT_EQ(Grid(&screen)->rowCount(), 2);
+    EXPECT_EQ(GridRows(&screen), 2);
     Choose(&screen, "Combo5", "2025");
-    EXPECT_EQ(Grid(&screen)->rowCount(), 1);
-    Select(&screen, 0);
+    EXPECT_EQ(GridRows(&screen), 1);
+    SelectRow(&screen, 0);
     TypeEnter(&screen, "Text2", "OBJ-1");          // not a pharmacy column
     TypeEnter(&screen, "txtCastka", "99,5");
     TypeEnter(&screen, "Text8", "07.01.2025");
     EXPECT_EQ(Row("IFNULL(Cis_global,'-'), Castka, objWF", "0001/05012025"), "-|99,50#0,00#|07.01.2025");
-    emit Grid(&screen)->cellClicked(0, 7);
+    ClickCell(&screen, 0, 7);
     EXPECT_TRUE(messages.shown.empty());
     EXPECT_EQ(Row("coml", "0001/05012025"), "1");
     SaveScreen(&screen, "frmArchObj-pharmacy");
@@ -219,9 +205,69 @@ TEST(frmArchObj, PharmacySavesPriceAndDatesOnlyAndCannotHandOver)
     manager.Load();
     EXPECT_FALSE(Enabled(&manager, "Command3"));
     EXPECT_TRUE(Child<QComboBox>(&manager, "cmbStrediska")->isVisibleTo(&manager));
-    Select(&manager, 1);
+    SelectRow(&manager, 1);
     TypeEnter(&manager, "Text2", "OBJ-5");
     EXPECT_EQ(Row("IFNULL(Cis_global,'-')", "0002/05012025"), "-");
-    emit Grid(&manager)->cellClicked(1, 7);
+    ClickCell(&manager, 1, 7);
     EXPECT_TRUE(messages.shown.empty());
+}
+
+TEST(frmArchObj, ClerkPicksGoodsFromStockChoosesWhoHandlesItAndGoesToTheTray)
+{
+    EmptyCentre();
+    Insert({{"cis_obj", "0001/05012025"}, {"Dat_obj", "2025-01-05 10:00:00"}, {"Typ", "1"}, {"LineRec1", "Ethanol#0,00#"},
+            {"Poc1", "2"}, {"LineRec9", "Tomáš Černý"}, {"Poc9", "267 161 111"}, {"LineRec10", "2345"}});
+    LoginAs(2);
+    ScriptedMessages messages;
+    QWidget main;
+    frmArchObj screen(&main);
+    QString asked;
+    screen.SkladPicker = [&](QWidget *, const QString &name) -> std::optional<std::pair<QString, QString>> {
+        asked = name;
+        return std::pair{QStringLiteral("Chemikálie~sklad_chem"), QStringLiteral("Ethanol 96%, (1 l)~~l~135,50")};
+    };
+    screen.Load();
+    // The pharmacy's own row of the centres is no centre of orders.
+    auto *centres = Child<QComboBox>(&screen, "cmbStrediska");
+    EXPECT_EQ(centres->count(), 2);
+    EXPECT_EQ(centres->findText("590 Lékárna"), -1);
+    EXPECT_GE(centres->findText("510 Oddělení klinické farmakologie"), 0);
+
+    SelectRow(&screen, 0);
+    Click(&screen, "cmdSklad0");
+    EXPECT_EQ(asked, "Ethanol");
+    EXPECT_EQ(Box(&screen, "txtFields0")->text(), "Ethanol 96%, (1 l)");
+    EXPECT_EQ(Box(&screen, "txtFields8")->text(), "135,50");
+    EXPECT_EQ(Box(&screen, "txtFields35")->text(), "1 l");
+    EXPECT_EQ(Child<QLabel>(&screen, "txtLabel1_0")->text(), "Chemikálie");
+    EXPECT_EQ(Row("LineRec1, Poc1", "0001/05012025"), "Ethanol 96%, (1 l)#135,50#l|1 l");
+    // A picked price of "0,00" leaves the line's price as it was.
+    screen.SkladPicker = [](QWidget *, const QString &) -> std::optional<std::pair<QString, QString>> {
+        return std::pair{QStringLiteral("Sklad B~sklad_b"), QStringLiteral("Pipety~~ks~0,00")};
+    };
+    Click(&screen, "cmdSklad0");
+    EXPECT_EQ(Row("LineRec1, Poc1", "0001/05012025"), "Pipety#135,50#ks|1 ks");
+
+    // The person who handles it brings telephone and extension from the list of persons.
+    Choose(&screen, "Combo1", "Lenka Procházková");
+    EXPECT_EQ(Row("LineRec9, Poc9, LineRec10", "0001/05012025"), "Lenka Procházková|267 161 112|2346");
+    EXPECT_EQ(Child<QLabel>(&screen, "lblVyrizuje")->text(), "267 161 112, 2346");
+    SaveScreen(&screen, "frmArchObj-sklad");
+
+    // A copy the server refuses is said in Czech, naming the order.
+    messages.answers = {AnswerOk};
+    messages.inputs = {QString(50, QLatin1Char('9'))};
+    Click(&screen, "cmdCopy");
+    EXPECT_TRUE(messages.shown.back().text.startsWith("Objednávku číslo 0001/05012025 se nepodařilo zkopírovat.\r\n"))
+        << messages.shown.back().text.toStdString();
+    EXPECT_EQ(messages.shown.back().style, MsgCritical);
+    EXPECT_EQ(Column(Centre, "SELECT COUNT(*) FROM archobj").value(0), "1");
+
+    // F10 and Esc put the program into the tray with its main window; the list stays open.
+    for (Qt::Key key : {Qt::Key_F10, Qt::Key_Escape}) {
+        main.showNormal();
+        QTest::keyClick(ArchGrid(&screen), key);
+        EXPECT_TRUE(main.isMinimized()) << key;
+        EXPECT_FALSE(screen.isHidden()) << key;
+    }
 }

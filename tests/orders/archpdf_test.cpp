@@ -6,6 +6,7 @@
 #include "orders/frmArchObj.h"
 #include "orders/objexchangepanel.h"
 #include "orders/objpdfform.h"
+#include "orders/seed.h"
 #include "support/testenv.h"
 
 #include <QDir>
@@ -20,19 +21,17 @@
 #include <memory>
 
 using namespace testenv;
+using namespace seed;
 
 namespace {
-const QString Centre = QStringLiteral("fondarix_ofk");
-
-QTableWidget *Grid(QWidget *s) { return Child<QTableWidget>(s, "MSFlexGrid2"); }
 void Click(QWidget *s, const char *name) { Child<QPushButton>(s, name)->click(); }
 
 // The first row of the page whose order is of that kind.
 int RowOfKind(QWidget *s, const QString &typ)
 {
     const QStringList ofKind = Column(Centre, QStringLiteral("SELECT cis_obj FROM archobj WHERE Typ='%1'").arg(typ));
-    for (int r = 0; r < Grid(s)->rowCount(); ++r)
-        if (ofKind.contains(Grid(s)->item(r, 1)->text()))
+    for (int r = 0; r < GridRows(s); ++r)
+        if (ofKind.contains(GridText(s, r, 1)))
             return r;
     return -1;
 }
@@ -67,8 +66,8 @@ TEST_F(frmArchObjPdf, PreviewWritesTheFormOfTheOrdersKind)
     for (const char *typ : {"1", "3", "4", "5"}) {
         const int row = RowOfKind(&screen, QLatin1String(typ));
         ASSERT_GE(row, 0) << typ;
-        Grid(&screen)->setCurrentCell(row, 1);
-        const QString cisObj = Grid(&screen)->item(row, 1)->text();
+        SelectRow(&screen, row);
+        const QString cisObj = GridText(&screen, row, 1);
         const QString path = ObjPdfPath(cisObj);
         QFile::remove(path);
         Click(&screen, "cmdPDFForm");
@@ -96,8 +95,8 @@ TEST_F(frmArchObjPdf, ExportPanelAndImport)
 
     const int row = RowOfKind(&screen, QStringLiteral("1"));
     ASSERT_GE(row, 0);
-    Grid(&screen)->setCurrentCell(row, 1);
-    const QString cisObj = Grid(&screen)->item(row, 1)->text();
+    SelectRow(&screen, row);
+    const QString cisObj = GridText(&screen, row, 1);
     const QString firma = Column(Centre, QStringLiteral("SELECT Firma FROM archobj WHERE cis_obj='%1'").arg(cisObj)).value(0);
     Click(&screen, "cmdEmail");
     EXPECT_TRUE(panel->isVisible());

@@ -4,9 +4,12 @@
 #include "core/db.h"
 #include "support/testenv.h"
 
+#include <QAbstractItemModel>
+#include <QBrush>
 #include <QList>
 #include <QPair>
 #include <QString>
+#include <QTableView>
 
 namespace seed {
 inline const QString Centre = QStringLiteral("fondarix_ofk");
@@ -39,5 +42,28 @@ inline int Insert(const QList<QPair<QString, QString>> &columns)
 inline QString Row(const QString &columns, const QString &cisObj)
 {
     return testenv::Column(Centre, QStringLiteral("SELECT CONCAT_WS('|', %1) FROM archobj WHERE cis_obj='%2'").arg(columns, cisObj)).value(0);
+}
+
+// The archive's grid: its rows, a cell's text or colour, choosing a row as the cursor does.
+inline QTableView *ArchGrid(QWidget *s) { return testenv::Child<QTableView>(s, "MSFlexGrid2"); }
+inline int GridRows(QWidget *s) { return ArchGrid(s)->model()->rowCount(); }
+inline QVariant GridData(QWidget *s, int r, int c, int role = Qt::DisplayRole)
+{
+    return ArchGrid(s)->model()->index(r, c).data(role);
+}
+inline QString GridText(QWidget *s, int r, int c) { return GridData(s, r, c).toString(); }
+inline QColor GridColour(QWidget *s, int r, int c) { return GridData(s, r, c, Qt::BackgroundRole).value<QBrush>().color(); }
+inline void SelectRow(QWidget *s, int r)
+{
+    ASSERT_GE(r, 0);
+    ArchGrid(s)->setCurrentIndex(ArchGrid(s)->model()->index(r, 1));
+}
+inline void ClickCell(QWidget *s, int r, int c) { emit ArchGrid(s)->clicked(ArchGrid(s)->model()->index(r, c)); }
+inline int GridRowOf(QWidget *s, const QString &cisObj)
+{
+    for (int r = 0; r < GridRows(s); ++r)
+        if (GridText(s, r, 1) == cisObj)
+            return r;
+    return -1;
 }
 } // namespace seed
