@@ -43,6 +43,17 @@ QString noQuotes(const QString &value)
     return text(value).remove(QLatin1Char('\''));
 }
 
+// An archive write on the row of that key: Missing when it was deleted meanwhile.
+ObjWrite updateRow(DbConnection &conn, int nom, const QString &sql, const QVariantList &values)
+{
+    bool exists = false;
+    if (!rowExists(conn, QStringLiteral("nom = ?"), nom, &exists))
+        return ObjWrite::Failed;
+    if (!exists)
+        return ObjWrite::Missing;
+    return run(conn, sql, values) ? ObjWrite::Saved : ObjWrite::Failed;
+}
+
 QString text1Piece(const QString &pozn)
 {
     return pozn.left(35);
@@ -148,11 +159,6 @@ ObjWrite SaveObjSablona(DbConnection &centre, const ObjLetter &l, const ObjFoote
 
 ObjWrite SaveObjArchive(DbConnection &centre, int nom, const ObjArchiveDetail &d)
 {
-    bool exists = false;
-    if (!rowExists(centre, QStringLiteral("nom = ?"), nom, &exists))
-        return ObjWrite::Failed;
-    if (!exists)
-        return ObjWrite::Missing;
     QString sql = QStringLiteral("UPDATE ArchObj SET `firma` = ?, `Pobocka` = ?, `Adres` = ?, `PSC` = ?, "
                                  "`Mesto` = ?, `tel` = ?, `fax` = ?, ");
     QVariantList values;
@@ -176,21 +182,14 @@ ObjWrite SaveObjArchive(DbConnection &centre, int nom, const ObjArchiveDetail &d
     values << noQuotes(d.poc10) << noQuotes(d.castka) << noQuotes(d.poc10) << noQuotes(d.prikazce)
            << noQuotes(d.datVyriz) << noQuotes(d.grant) << noQuotes(d.text1) << noQuotes(d.cisGlobal)
            << noQuotes(d.objWF) << noQuotes(d.objZauct) << nom;
-    return run(centre, sql, values) ? ObjWrite::Saved : ObjWrite::Failed;
+    return updateRow(centre, nom, sql, values);
 }
 
 ObjWrite SaveObjLekarna(DbConnection &centre, int nom, const QString &castka, const QString &datVyriz,
                         const QString &objWF)
 {
-    bool exists = false;
-    if (!rowExists(centre, QStringLiteral("nom = ?"), nom, &exists))
-        return ObjWrite::Failed;
-    if (!exists)
-        return ObjWrite::Missing;
-    return run(centre, QStringLiteral("UPDATE ArchObj SET `Castka` = ?, `Dat_vyriz` = ?, `objWF` = ? WHERE nom=?"),
-                       {castka.trimmed(), DateTwoDigits(datVyriz.trimmed()), noQuotes(objWF), nom})
-               ? ObjWrite::Saved
-               : ObjWrite::Failed;
+    return updateRow(centre, nom, QStringLiteral("UPDATE ArchObj SET `Castka` = ?, `Dat_vyriz` = ?, `objWF` = ? WHERE nom=?"),
+                     {castka.trimmed(), DateTwoDigits(datVyriz.trimmed()), noQuotes(objWF), nom});
 }
 
 bool ReadVyrizuje(DbConnection &sys, const QString &jmeno, ObjVyrizuje *person)
@@ -205,15 +204,8 @@ bool ReadVyrizuje(DbConnection &sys, const QString &jmeno, ObjVyrizuje *person)
 
 ObjWrite SaveObjVyrizuje(DbConnection &centre, int nom, const ObjVyrizuje &person)
 {
-    bool exists = false;
-    if (!rowExists(centre, QStringLiteral("nom = ?"), nom, &exists))
-        return ObjWrite::Failed;
-    if (!exists)
-        return ObjWrite::Missing;
-    return run(centre, QStringLiteral("UPDATE ArchObj SET `LineRec9` = ?, `Poc9` = ?, `LineRec10` = ? WHERE nom=?"),
-               {noQuotes(person.jmeno), noQuotes(person.telefon), noQuotes(person.linka), nom})
-               ? ObjWrite::Saved
-               : ObjWrite::Failed;
+    return updateRow(centre, nom, QStringLiteral("UPDATE ArchObj SET `LineRec9` = ?, `Poc9` = ?, `LineRec10` = ? WHERE nom=?"),
+                     {noQuotes(person.jmeno), noQuotes(person.telefon), noQuotes(person.linka), nom});
 }
 
 int CopyObj(DbConnection &centre, int nom, const QString &newNumber)
