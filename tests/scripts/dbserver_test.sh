@@ -1,28 +1,45 @@
 #!/usr/bin/env bash
 # The private server script: start, a second start that does nothing, a stale pid file
-# after a crash, stop that ends only its own server, status codes.
+# after a crash, a stored port that another program took meanwhile, stop that ends only
+# its own server, status codes. Every start asks for a free port: another server may hold 3307.
 set -u
 here=$(cd "$(dirname "$0")/../.." && pwd)
 dbserver="$here/scripts/dbserver"
 dir=$(mktemp -d)
-trap '"$dbserver" --dir "$dir" stop >/dev/null 2>&1; rm -rf "$dir"' EXIT
+holder=""
+trap '"$dbserver" --dir "$dir" stop >/dev/null 2>&1; [ -n "$holder" ] && kill $holder 2>/dev/null; rm -rf "$dir"' EXIT
 passed=0; failed=0
 check() { if eval "$2"; then passed=$((passed+1)); else failed=$((failed+1)); echo "FAILED: $1"; fi; }
+start() { "$dbserver" --dir "$dir" --port auto start; }
+connects() { mariadb --no-defaults -h127.0.0.1 -P"$(cat "$dir/port")" -u"$user" -p"$pw" -N -e "$1"; }
 
-"$dbserver" --dir "$dir" --port auto start >/dev/null
+start >/dev/null
 check "starts" '"$dbserver" --dir "$dir" status >/dev/null'
 check "option file has the group" 'grep -q "^\[fondarix\]" "$dir/fondarix.cnf" && grep -q "^password=." "$dir/fondarix.cnf"'
 pid=$(cat "$dir/mariadbd.pid")
-check "second start is a no-op" '"$dbserver" --dir "$dir" start | grep -q "already running" && [ "$(cat "$dir/mariadbd.pid")" = "$pid" ]'
+check "second start is a no-op" 'start | grep -q "already running" && [ "$(cat "$dir/mariadbd.pid")" = "$pid" ]'
 user=$(sed -n 's/^user=//p' "$dir/fondarix.cnf"); pw=$(sed -n 's/^password=//p' "$dir/fondarix.cnf")
-check "account works over TCP" 'mariadb --no-defaults -h127.0.0.1 -P"$(cat "$dir/port")" -u"$user" -p"$pw" -N -e "SELECT @@character_set_server, @@lower_case_table_names" | grep -q "cp1250.1"'
+check "account works over TCP" 'connects "SELECT @@character_set_server, @@lower_case_table_names" | grep -q "cp1250.1"'
 
 # A crash leaves a stale pid file behind; the next start must not be fooled by it.
 kill -9 "$pid"; sleep 0.5
 check "stale pid is not running" '! "$dbserver" --dir "$dir" status >/dev/null'
-"$dbserver" --dir "$dir" start >/dev/null
-check "starts again after a crash" '"$dbserver" --dir "$dir" status >/dev/null && [ "$(cat "$dir/mariadbd.pid")" != "$pid" ]'
-check "same account after restart" 'mariadb --no-defaults -h127.0.0.1 -P"$(cat "$dir/port")" -u"$user" -p"$pw" -e "SELECT 1" >/dev/null'
+port=$(cat "$dir/port")
+start >/dev/null
+check "starts again after a crash, on its port" '"$dbserver" --dir "$dir" status >/dev/null && [ "$(cat "$dir/mariadbd.pid")" != "$pid" ] && [ "$(cat "$dir/port")" = "$port" ]'
+check "same account after restart" 'connects "SELECT 1" >/dev/null'
+
+# Another program takes the stored port while the server is down: auto moves to a free one.
+"$dbserver" --dir "$dir" stop >/dev/null
+python3 -c 'import socket, sys, time
+s = socket.socket(); s.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
+s.bind(("127.0.0.1", int(sys.argv[1]))); s.listen(); time.sleep(300)' "$port" &
+holder=$!
+for _ in $(seq 1 50); do (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null && break; sleep 0.1; done
+start >/dev/null
+check "a taken stored port is left for another" '[ "$(cat "$dir/port")" != "$port" ] && grep -q "^port=$(cat "$dir/port")$" "$dir/fondarix.cnf"'
+check "account works on the new port" 'connects "SELECT 1" >/dev/null'
+kill $holder 2>/dev/null; holder=""
 
 "$dbserver" --dir "$dir" stop >/dev/null
 check "stops" '! "$dbserver" --dir "$dir" status >/dev/null'
