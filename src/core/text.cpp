@@ -214,6 +214,21 @@ QString FormatCastka(QString &value, short &width)
     return out;
 }
 
+QString FormatAmount(const QString &value)
+{
+    // Width 0 still pads to the amount's plain length, and that padding stands after the sign.
+    QString copy = value;
+    short width = 0;
+    const QString text = FormatCastka(copy, width);
+    return text.startsWith(QLatin1Char('-')) ? QLatin1Char('-') + text.mid(1).trimmed() : text.trimmed();
+}
+
+QString FormatAmount(double value)
+{
+    // Fifteen significant digits: the formatter reads a plain number.
+    return FormatAmount(QString::number(value, 'g', 15));
+}
+
 // --- packed fields ---------------------------------------------------------------
 
 QString GetField(const QString &text, short index, short separatorCode)

@@ -16,6 +16,10 @@ class QWidget;
 // decimals, the sign at the far left, padded to width. The width is changed for the
 // caller, as callers that reuse the variable rely on; the value is left as it was.
 QString FormatCastka(QString &value, short &width);
+// An amount as the tables store it and labels show it: FormatCastka's text with no
+// padding, the sign by the digits ("-28 505,50", "0,00").
+QString FormatAmount(const QString &value);
+QString FormatAmount(double value);
 
 // The index-th piece (from 0) of a text cut at the separator; code 0 means "#".
 QString GetField(const QString &text, short index, short separatorCode = 0);

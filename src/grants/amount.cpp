@@ -1,7 +1,6 @@
 #include "grants/amount.h"
 
 #include "core/number.h"
-#include "core/text.h"
 
 QString AmountText(const QVariant &stored)
 {
@@ -18,13 +17,4 @@ double AmountValue(const QString &text)
 {
     QString copy = text;
     return ScanNumber(copy.replace(QLatin1Char(','), QLatin1Char('.')));
-}
-
-QString FormatAmount(double value)
-{
-    // Fifteen significant digits, as the formatter's own reading expects a plain number;
-    // width 0 asks for no padding.
-    QString text = QString::number(value, 'g', 15);
-    short width = 0;
-    return FormatCastka(text, width).trimmed();
 }

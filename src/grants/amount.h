@@ -1,6 +1,9 @@
 #pragma once
 // Money as the grant tables keep it: text with a decimal comma ("1 250 000,00"), never a
-// number column. Every calculation reads and writes amounts through these three functions.
+// number column. Every calculation reads amounts through these functions and writes them
+// through FormatAmount (core/text.h).
+
+#include "core/text.h"
 
 #include <QString>
 #include <QVariant>
@@ -12,6 +15,3 @@ QString AmountText(const QString &stored);
 // The number in an amount text: "," read as ".", then the program's number scanner
 // (which stops at the first character that cannot continue a number). Empty gives 0.
 double AmountValue(const QString &text);
-
-// A computed value as the stored amount text, unpadded: "-1 234,50", "0,00".
-QString FormatAmount(double value);

@@ -44,9 +44,6 @@ QString formatted(const QString &value, short width, short *widthBack = nullptr)
 }
 
 QString blanks(int n) { return QString(n, QLatin1Char(' ')); }
-
-// The amount's digits alone, whatever the padding.
-QString amount(const QString &value) { return formatted(value, 0).trimmed(); }
 } // namespace
 
 // --- amounts ----------------------------------------------------------------------
@@ -77,19 +74,19 @@ TEST(FormatCastka, ThousandsBlankCommaAndTwoDecimals)
 TEST(FormatCastka, TwoDecimalsAndHalfHellersToEven)
 {
     // One decimal digit means tens of hellers. Ties go to the even heller, large amounts
-    // too: their products lie further from .5 than those of small ones. A negative
-    // amount's padding stands after its sign, so it is compared without blanks.
+    // too: their products lie further from .5 than those of small ones. FormatAmount is
+    // the unpadded form the tables store: the sign by the digits.
     const std::pair<const char *, const char *> cases[] = {
         {"0,5", "0,50"},   {"3,1", "3,10"},   {"3,05", "3,05"},         {"3,25", "3,25"},
         {"0,01", "0,01"},  {"7", "7,00"},     {"0,125", "0,12"},        {"0,375", "0,38"},
         {"-0,125", "-0,12"},                  {"999,995", "1 000,00"},  {"290766,915", "290 766,92"},
-        {"-335061,465", "-335061,46"},        {"289794066371,475", "289 794 066 371,48"},
-        {"290766,9149", "290 766,91"},
+        {"-335061,465", "-335 061,46"},       {"289794066371,475", "289 794 066 371,48"},
+        {"290766,9149", "290 766,91"},        {"-28505,5", "-28 505,50"}, {"", "0,00"},
     };
-    for (const auto &[value, expected] : cases) {
-        const QString got = amount(QString::fromUtf8(value));
-        EXPECT_EQ(*value == '-' ? QString(got).remove(' ') : got, expected) << value;
-    }
+    for (const auto &[value, expected] : cases)
+        EXPECT_EQ(FormatAmount(QString::fromUtf8(value)), expected) << value;
+    EXPECT_EQ(FormatAmount(-616.5), "-616,50");
+    EXPECT_EQ(FormatAmount(1973300.15), "1 973 300,15");
 }
 
 TEST(FormatCastka, SignStandsAheadOfThePadding)
@@ -142,7 +139,7 @@ TEST(FormatCastka, BigAmountsKeepTheirDigits)
     short w = 0;
     EXPECT_EQ(formatted("1e15", 30, &w), blanks(3) + "1000000 000 000 000,00");
     EXPECT_EQ(w, 25);   // "1E+15" is five characters long
-    EXPECT_EQ(amount("12345678901234,57"), "12345 678 901 234,60");   // fifteen digits are known
+    EXPECT_EQ(FormatAmount(QString("12345678901234,57")), "12345 678 901 234,60");   // fifteen digits are known
     // Fifteen digits, then zeros: 301 digits, three blanks, the decimals.
     const QString huge = formatted("1e300", 0);
     EXPECT_EQ(huge.size(), 301 + 3 + 3);
