@@ -121,15 +121,28 @@ bool CliOpenSession(const CliArgs &args)
     return true;
 }
 
-bool CliOpenCentre(const CliArgs &args, std::unique_ptr<DbConnection> *conn)
+namespace {
+bool openAfterSession(const CliArgs &args, QString (*connStr)(), const QString &which,
+                      std::unique_ptr<DbConnection> *conn)
 {
     if (!CliOpenSession(args))
         return false;
-    *conn = std::make_unique<DbConnection>(ConnStrCentre());
+    *conn = std::make_unique<DbConnection>(connStr());
     if ((*conn)->isOpen())
         return true;
-    CliFail(QStringLiteral("Nelze se připojit k databázi střediska: %1").arg((*conn)->errorText()));
+    CliFail(QStringLiteral("Nelze se připojit k databázi %1: %2").arg(which, (*conn)->errorText()));
     return false;
+}
+} // namespace
+
+bool CliOpenCentre(const CliArgs &args, std::unique_ptr<DbConnection> *conn)
+{
+    return openAfterSession(args, ConnStrCentre, QStringLiteral("střediska"), conn);
+}
+
+bool CliOpenGranty(const CliArgs &args, std::unique_ptr<DbConnection> *conn)
+{
+    return openAfterSession(args, ConnStrGranty, QStringLiteral("GRANTů"), conn);
 }
 
 void CliProgress(const QString &text)

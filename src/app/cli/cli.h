@@ -63,9 +63,10 @@ private:
 bool CliOpenSession(const CliArgs &args);
 
 class DbConnection;
-// The session as above and a connection to its centre's database; false, with the reason
-// printed, when either cannot be had.
+// The session as above and a connection to its centre's database, or to the grant
+// database; false, with the reason printed, when either cannot be had.
 bool CliOpenCentre(const CliArgs &args, std::unique_ptr<DbConnection> *conn);
+bool CliOpenGranty(const CliArgs &args, std::unique_ptr<DbConnection> *conn);
 
 // A progress line on stderr ("\r"-rewritten on a terminal, one line per call otherwise).
 void CliProgress(const QString &text);

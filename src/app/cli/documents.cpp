@@ -12,25 +12,13 @@
 #include <memory>
 
 namespace {
-// The grant connection of a verb, or a refusal said on stderr.
-bool openGranty(const CliArgs &args, std::unique_ptr<DbConnection> *conn)
-{
-    if (!CliOpenSession(args))
-        return false;
-    *conn = std::make_unique<DbConnection>(ConnStrGranty());
-    if ((*conn)->isOpen())
-        return true;
-    CliFail(QStringLiteral("Nelze se připojit k databázi GRANTů: %1").arg((*conn)->errorText()));
-    return false;
-}
-
 int add(const CliArgs &args)
 {
     const QString grant = args.at(0).trimmed();
     const QString path = QFileInfo(args.at(1)).absoluteFilePath();
     const QString name = args.value(QStringLiteral("--name"), QFileInfo(path).fileName());
     std::unique_ptr<DbConnection> conn;
-    if (!openGranty(args, &conn))
+    if (!CliOpenGranty(args, &conn))
         return CliFailed;
     QSqlQuery known = conn->query();
     if (!conn->exec(known, QStringLiteral("SELECT _GRANT FROM GrantyPlan WHERE _GRANT=?"), {grant}))
@@ -62,7 +50,7 @@ int get(const CliArgs &args)
         return CliFail(QStringLiteral("Číslo dokumentu \"%1\" není číslo.").arg(args.at(0)));
     const QString out = QDir(args.value(QStringLiteral("--out"), QDir::currentPath())).absolutePath();
     std::unique_ptr<DbConnection> conn;
-    if (!openGranty(args, &conn))
+    if (!CliOpenGranty(args, &conn))
         return CliFailed;
     QString error;
     const std::optional<QString> file = FetchDocument(*conn, id, Session().TempDir, out, &error);
@@ -75,7 +63,7 @@ int get(const CliArgs &args)
 int list(const CliArgs &args)
 {
     std::unique_ptr<DbConnection> conn;
-    if (!openGranty(args, &conn))
+    if (!CliOpenGranty(args, &conn))
         return CliFailed;
     QVector<DocumentRow> rows;
     if (!ListDocuments(*conn, args.at(0).trimmed(), &rows))

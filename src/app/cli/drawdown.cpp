@@ -39,11 +39,10 @@ bool FindGrant(DbConnection &conn, const QString &number, bool withArchived, Gra
 
 int Recalc(const CliArgs &args)
 {
-    if (!CliOpenSession(args))
+    std::unique_ptr<DbConnection> db;
+    if (!CliOpenGranty(args, &db))
         return CliFailed;
-    DbConnection conn(ConnStrGranty());
-    if (!conn.isOpen())
-        return CliFail(conn.errorText());
+    DbConnection &conn = *db;
     QVector<GrantHead> grants;
     const bool one = args.has(GrantOption);
     if (one) {
@@ -81,11 +80,10 @@ int Report(const std::function<void(BuildObjLJ &)> &body)
 
 int ReportGroups(const CliArgs &args)
 {
-    if (!CliOpenSession(args))
+    std::unique_ptr<DbConnection> db;
+    if (!CliOpenGranty(args, &db))
         return CliFailed;
-    DbConnection conn(ConnStrGranty());
-    if (!conn.isOpen())
-        return CliFail(conn.errorText());
+    DbConnection &conn = *db;
     GrantHead grant;
     int code = CliOk;
     if (!FindGrant(conn, args.value(GrantOption).trimmed(), false, &grant, &code))
@@ -98,12 +96,13 @@ int ReportGroups(const CliArgs &args)
 
 int ReportGrants(const CliArgs &args)
 {
-    if (!CliOpenSession(args))
+    std::unique_ptr<DbConnection> db;
+    if (!CliOpenGranty(args, &db))
         return CliFailed;
-    DbConnection conn(ConnStrGranty());
+    DbConnection &conn = *db;
     QVector<GrantHead> grants;
     QString from, to;
-    if (!conn.isOpen() || !LoadGrantHeads(conn, Session().UserFiltrGrant, &grants) || !LoadPeriod(conn, &from, &to))
+    if (!LoadGrantHeads(conn, Session().UserFiltrGrant, &grants) || !LoadPeriod(conn, &from, &to))
         return CliFail(conn.errorText());
     if (grants.isEmpty())
         return CliFail(QStringLiteral("Není vytvořen seznam GRANTU s rozpočtovýma částkama!"));

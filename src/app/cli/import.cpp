@@ -56,18 +56,6 @@ void PrintImport(const QString &verb, const ImportResult &r)
         CliSummary(line);
 }
 
-bool OpenGranty(const CliArgs &args, std::optional<DbConnection> &conn)
-{
-    if (!CliOpenSession(args))
-        return false;
-    conn.emplace(ConnStrGranty());
-    if (!conn->isOpen()) {
-        CliFail(QStringLiteral("Nelze se připojit k databázi grantů: ") + conn->errorText());
-        return false;
-    }
-    return true;
-}
-
 int RunTree(DbConnection &conn, bool sum)
 {
     auto throttle = std::make_shared<Throttle>();
@@ -96,8 +84,8 @@ int RunTree(DbConnection &conn, bool sum)
 
 int ImportAccounts(const CliArgs &args)
 {
-    std::optional<DbConnection> conn;
-    if (!OpenGranty(args, conn))
+    std::unique_ptr<DbConnection> conn;
+    if (!CliOpenGranty(args, &conn))
         return CliFailed;
     ImportRequest rq;
     rq.fileName = args.at(0);
@@ -127,8 +115,8 @@ int ImportMovements(const CliArgs &args)
     if (IsRepeatedFile(file, RepeatMovements) && !args.flag(QStringLiteral("--force-repeat")))
         return CliFail(QStringLiteral("Soubor  ") + QFileInfo(file).fileName()
                        + QStringLiteral("  je už jedno importován. (--force-repeat jej importuje znovu)"));
-    std::optional<DbConnection> conn;
-    if (!OpenGranty(args, conn))
+    std::unique_ptr<DbConnection> conn;
+    if (!CliOpenGranty(args, &conn))
         return CliFailed;
     RememberFile(file, RepeatMovements);
     if (!NactiPozice(file, PoziceMD_DAL))
@@ -150,16 +138,16 @@ int ImportMovements(const CliArgs &args)
 
 int BuildTreeVerb(const CliArgs &args)
 {
-    std::optional<DbConnection> conn;
-    if (!OpenGranty(args, conn))
+    std::unique_ptr<DbConnection> conn;
+    if (!CliOpenGranty(args, &conn))
         return CliFailed;
     return RunTree(*conn, args.flag(QStringLiteral("--sum")));
 }
 
 int Revise(const CliArgs &args)
 {
-    std::optional<DbConnection> conn;
-    if (!OpenGranty(args, conn))
+    std::unique_ptr<DbConnection> conn;
+    if (!CliOpenGranty(args, &conn))
         return CliFailed;
     const QString file = args.at(0);
     if (!NactiPozice(file, PoziceMD_DAL))
@@ -182,8 +170,8 @@ int ImportBudget(const CliArgs &args)
     if (!QFileInfo(file).isFile())
         return CliFail(QStringLiteral("Importní soubor ") + QFileInfo(file).fileName()
                        + QStringLiteral(" neexistuje, akce provedena nebude!"));
-    std::optional<DbConnection> conn;
-    if (!OpenGranty(args, conn))
+    std::unique_ptr<DbConnection> conn;
+    if (!CliOpenGranty(args, &conn))
         return CliFailed;
     const QString filter = args.has(QStringLiteral("--filter")) ? args.value(QStringLiteral("--filter")) : GetFiltrUctyRozp();
     RememberFile(file, RepeatBudget);
