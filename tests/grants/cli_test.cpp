@@ -54,7 +54,7 @@ TEST(DrawdownCli, DemoPeriodThenRecalcAndReportsUnderTheUsersFilter)
     }
     // Only the user's grants and the one named were written.
     EXPECT_EQ(Column(Granty, "SELECT CONCAT(_grant, ' ', Castka3) FROM GrantyPlan WHERE Castka3 <> '0,00' ORDER BY _grant"),
-              QStringList({"1201 787 770,34", "1203 - 540 934,35", "2302 859 582,77"}));
+              QStringList({"1201 787 770,34", "1203 -540 934,35", "2302 859 582,77"}));
 
     // The reports print their file's path; the grant list holds the user's grants only.
     const CliRun groups = Cli({"report", "groups", "--grant", "1201", "--login", "novakova"});
