@@ -2,7 +2,7 @@
 // BLOB + UnzipFile the other. Goal: under 1.5 s each way, client memory under three times the
 // file. Beside each figure, the same bytes as a bare BLOB without the archive, measured now.
 
-#include "../grants/benchenv.h"
+#include "../common/benchenv.h"
 #include "core/db.h"
 #include "documents/documents.h"
 

@@ -7,7 +7,7 @@
 #include "grants/frmStredisko.h"
 #include "grants/grantplan.h"
 #include "grants/skupuctugrant.h"
-#include "benchenv.h"
+#include "../common/benchenv.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -21,22 +21,6 @@
 namespace {
 constexpr int Grants = 2000;
 constexpr int GroupsPerGrant = 20;
-
-// Inserts rows in statements of many rows each, all in one transaction.
-bool InsertRows(DbConnection &conn, const QString &head, int columns, const QVector<QVariantList> &rows)
-{
-    const QString one = QLatin1Char('(') + QStringList(columns, QStringLiteral("?")).join(QLatin1Char(',')) + QLatin1Char(')');
-    Transaction t(conn);
-    for (qsizetype from = 0; from < rows.size(); from += 500) {
-        const qsizetype n = std::min<qsizetype>(500, rows.size() - from);
-        QVariantList values;
-        for (qsizetype i = from; i < from + n; ++i)
-            values += rows.at(i);
-        if (!conn.exec(head + QStringList(n, one).join(QLatin1Char(',')), values))
-            return false;
-    }
-    return t.commit();
-}
 
 bool Generate(DbConnection &conn)
 {

@@ -1,7 +1,7 @@
 // The grant register with 2,000 grants: reading the rows, and opening the screen with
 // its grid filled and the first grant's details shown. Goal: well under a second.
 
-#include "benchenv.h"
+#include "../common/benchenv.h"
 #include "core/db.h"
 #include "grants/frmGrantPlan.h"
 #include "grants/grantplan.h"

@@ -4,7 +4,7 @@
 // LOAD DATA LOCAL INFILE of the same stored rows into the same table, in the same run.
 // Then the tree build with summing. Usage: bench_import_import_bench [bookings]
 
-#include "../grants/benchenv.h"
+#include "../common/benchenv.h"
 #include "core/codepage.h"
 #include "core/db.h"
 #include "core/msg.h"

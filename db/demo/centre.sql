@@ -721,22 +721,25 @@ INSERT INTO adrfirm (Firma, Pobocka, Adres_1, Adres_2, PSC, Mesto, Fax, Email, H
   ('Skladová technika Vysočina s.r.o.', 'Regály a skříně', 'Brněnská 3163/38', '', '58601', 'Jihlava', '567 300 811', 'info@skladtech.cz', 'WWW.skladtech.cz', '567 300 800', '', '26262525', 'CZ26262525', 'ČSOB', '211122334/0300', '21 %', 'Montáž v ceně', 'Milan Dvořák');
 
 -- Three warehouses, made as the warehouse screen makes them: the typ row first, then the
--- four statements in their order.
+-- four statements in their order and the indexes of the searched columns.
 INSERT INTO typ (Typ, File) VALUES ('Chemikálie', 'Skl1022026081512');
 CREATE TABLE Skl1022026081512  AS SELECT * FROM PLASTY;
 TRUNCATE TABLE  Skl1022026081512;
 ALTER TABLE Skl1022026081512 DROP `nom`;
 ALTER TABLE Skl1022026081512 ADD `nom` INT( 11 ) UNSIGNED NOT NULL AUTO_INCREMENT AFTER `TypBal2` , ADD PRIMARY KEY ( `nom` ) ;
+ALTER TABLE Skl1022026081512 ADD INDEX (`Nazev`, `Katal`, `ZKATALOG`), ADD INDEX (`Katal`), ADD INDEX (`ZKATALOG`);
 INSERT INTO typ (Typ, File) VALUES ('Laboratorní plasty', 'Skl1022026081544');
 CREATE TABLE Skl1022026081544  AS SELECT * FROM PLASTY;
 TRUNCATE TABLE  Skl1022026081544;
 ALTER TABLE Skl1022026081544 DROP `nom`;
 ALTER TABLE Skl1022026081544 ADD `nom` INT( 11 ) UNSIGNED NOT NULL AUTO_INCREMENT AFTER `TypBal2` , ADD PRIMARY KEY ( `nom` ) ;
+ALTER TABLE Skl1022026081544 ADD INDEX (`Nazev`, `Katal`, `ZKATALOG`), ADD INDEX (`Katal`), ADD INDEX (`ZKATALOG`);
 INSERT INTO typ (Typ, File) VALUES ('Kancelář', 'Skl1622026094003');
 CREATE TABLE Skl1622026094003  AS SELECT * FROM PLASTY;
 TRUNCATE TABLE  Skl1622026094003;
 ALTER TABLE Skl1622026094003 DROP `nom`;
 ALTER TABLE Skl1622026094003 ADD `nom` INT( 11 ) UNSIGNED NOT NULL AUTO_INCREMENT AFTER `TypBal2` , ADD PRIMARY KEY ( `nom` ) ;
+ALTER TABLE Skl1622026094003 ADD INDEX (`Nazev`, `Katal`, `ZKATALOG`), ADD INDEX (`Katal`), ADD INDEX (`ZKATALOG`);
 
 INSERT INTO Skl1022026081512 (Nazev, Katal, Prijem, Mira, CENA, Mena, DPH, Firma, Poznam, Kus_vy, Mnoz_obj, Kus_obj, `GRANT`, DAT_OBJ, DAT_VYD, EXPIR, DAT_PRI, VYDEJ, KUS_PR, TypBal1, TypBal2, ZKATALOG) VALUES
   ('Ethanol 96% p.a.', 'L-1008', '6', 'lahev', '312,00', 'Kč', '21 %', 'Lach-Ner s.r.o.', 'Hořlavina, sklad H', 0, 0, 0, '2301', '2026-01-12', NULL, '2028-01-31', '2026-01-12', 0, 6, '6', '1', 'CH-101'),

@@ -152,8 +152,8 @@ CREATE TABLE CHEM_VYD (
   DAT_VYD DATE NULL,
   KUS_VY VARCHAR(60) NULL,
   sklad VARCHAR(300) NULL,
-  KEY (sklad(60), NAM_CHIM(60), KATAL(30)),
-  KEY (NAM_CHIM(60), KATAL(30))
+  KEY (sklad, NAM_CHIM, KATAL),
+  KEY (NAM_CHIM, KATAL)
 ) ENGINE=InnoDB;
 
 -- The firm card file: one row per firm branch.

@@ -4,6 +4,7 @@
 
 #include <QRegularExpression>
 #include <QSqlQuery>
+#include <QStringList>
 
 QString FindAllPattern(const QString &text)
 {
@@ -12,6 +13,27 @@ QString FindAllPattern(const QString &text)
     pattern.remove(QLatin1Char('\'')).remove(QLatin1Char('"'));
     return pattern + QLatin1Char('%');
 }
+
+namespace {
+// The search of one warehouse table, by name (then catalogue number, label and key, so that
+// the order is the same at every run). A pattern that starts with a fixed text reads the
+// indexes of the three columns: one part of a union for each, each part cut at the limit in
+// that order, which the name's index (name, number, label) gives without reading a row. One
+// OR of the three would let the server walk the whole name index instead. A pattern that
+// starts with a wildcard can seek in no index: the one statement reads the name's index once.
+QString searchStatement(const QString &file, const QString &pattern, int limit)
+{
+    const QString select = QStringLiteral("SELECT nom, nazev, katal, zkatalog FROM ") + file + QStringLiteral(" WHERE ");
+    const QString order = QStringLiteral(" ORDER BY nazev ASC, katal, zkatalog, nom LIMIT %1").arg(limit);
+    if (pattern.startsWith(QLatin1Char('%')) || pattern.startsWith(QLatin1Char('_')))
+        return select + QStringLiteral("nazev LIKE ? OR katal LIKE ? OR zkatalog LIKE ?") + order;
+    QStringList parts;
+    for (const char *column : {"nazev", "katal", "zkatalog"})
+        parts << QLatin1Char('(') + select + QLatin1String(column) + QStringLiteral(" LIKE ?") + order + QLatin1Char(')');
+    // UNION, not UNION ALL: a row found by two columns is one hit.
+    return parts.join(QStringLiteral(" UNION ")) + order;
+}
+} // namespace
 
 QVector<FindAllHit> FindInAllSklady(DbConnection &centre, const QString &text, int maxPerSklad)
 {
@@ -28,9 +50,7 @@ QVector<FindAllHit> FindInAllSklady(DbConnection &centre, const QString &text, i
     for (const auto &[name, file] : sklady) {
         if (!table.match(file).hasMatch())
             continue;
-        const QString sql = QStringLiteral("SELECT nom, nazev, katal FROM ") + file
-            + QStringLiteral(" WHERE nazev LIKE ? OR katal LIKE ? OR zkatalog LIKE ? ORDER BY nazev ASC LIMIT %1")
-                  .arg(maxPerSklad);
+        const QString sql = searchStatement(file, pattern, maxPerSklad);
         if (!centre.exec(q, sql, {pattern, pattern, pattern}))
             continue;   // a table dropped by hand
         while (q.next())

@@ -102,6 +102,8 @@ frmCHEMIK::frmCHEMIK(QWidget *parent) : QDialog(parent)
     Label1->setFont(bold);
     Combo5 = new QComboBox(this);
     Combo5->setObjectName(QStringLiteral("Combo5"));
+    Combo2 = new QComboBox(this);
+    Combo2->setObjectName(QStringLiteral("Combo2"));
 
     DataGrid1 = new QTableView(this);
     DataGrid1->setObjectName(QStringLiteral("DataGrid1"));
@@ -217,6 +219,8 @@ frmCHEMIK::frmCHEMIK(QWidget *parent) : QDialog(parent)
     top->addWidget(Label1, 1);
     top->addWidget(new QLabel(QStringLiteral("Rok:"), this));
     top->addWidget(Combo5);
+    top->addWidget(new QLabel(QStringLiteral("do:"), this));
+    top->addWidget(Combo2);
     auto *commands = new QGridLayout;
     const QList<QPushButton *> row1{cmdAdd, Command2, cmdSave, cmdDelete, cmdPrijem, cmdVydej, cmdCopy, cmdVyber, cmdTransfer};
     const QList<QPushButton *> row2{cmdFind, cmdFindAll, cmdOrder, cmdArchObjedn, cmdPolozkaObjedn, cmdArchVyd, cmdSklady, cmdClose};
@@ -259,7 +263,13 @@ frmCHEMIK::frmCHEMIK(QWidget *parent) : QDialog(parent)
         if (VyberObjedn)
             cmdVyber_Click();
     });
+    // A year chosen in Combo5 shows that year alone; Combo2 then widens it to a span of years.
     connect(Combo5, &QComboBox::activated, this, [this] {
+        Combo2->setCurrentIndex(Combo5->currentIndex());
+        m_nameFilter.clear();
+        refresh(currentNom());
+    });
+    connect(Combo2, &QComboBox::activated, this, [this] {
         m_nameFilter.clear();
         refresh(currentNom());
     });
@@ -318,12 +328,16 @@ void frmCHEMIK::FillYears()
         && m_centre->exec(q, QStringLiteral("SELECT MIN(YEAR(dat_obj)) FROM ") + sklad.file) && q.next()
         && !q.value(0).isNull())
         first = std::min(first, std::max(q.value(0).toInt(), 1990));
-    Combo5->clear();
-    for (int y = now; y >= first; --y)
-        Combo5->addItem(QString::number(y));
+    for (QComboBox *combo : {Combo5, Combo2}) {
+        combo->clear();
+        for (int y = now; y >= first; --y)
+            combo->addItem(QString::number(y));
+    }
 }
 
 int frmCHEMIK::year() const { return Combo5->currentText().toInt(); }
+
+QVariantList frmCHEMIK::years() const { return YearValues(year(), Combo2->currentText().toInt()); }
 
 void frmCHEMIK::refresh(quint32 nom)
 {
@@ -335,7 +349,7 @@ void frmCHEMIK::refresh(quint32 nom)
     // A search in all warehouses shows the hits of every year.
     if (m_nameFilter.isEmpty()) {
         sql += YearCondition();
-        values = YearValues(year());
+        values = years();
     } else {
         sql += QStringLiteral("Nazev LIKE ?");
         values << m_nameFilter;
@@ -409,7 +423,8 @@ void frmCHEMIK::cmdAdd_Click()
         return fail(error);
     // The new item belongs to this year.
     m_nameFilter.clear();
-    Combo5->setCurrentText(QString::number(QDate::currentDate().year()));
+    Combo5->setCurrentIndex(0);
+    Combo2->setCurrentIndex(0);
     refresh(nom);
 }
 
@@ -488,7 +503,7 @@ void frmCHEMIK::cmdFind_Click()
     if (!text || text->isEmpty())
         return;
     QString where = YearCondition();
-    QVariantList values = YearValues(year());
+    QVariantList values = years();
     if (!m_nameFilter.isEmpty()) {
         where = QStringLiteral("Nazev LIKE ?");
         values = {m_nameFilter};

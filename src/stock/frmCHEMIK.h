@@ -10,6 +10,7 @@
 
 #include <QDialog>
 #include <QString>
+#include <QVariantList>
 #include <QVector>
 
 #include <memory>
@@ -76,7 +77,8 @@ private:
     bool bindSklad(const QString &openFile);
     void refresh(quint32 nom);
     void FillYears();
-    int year() const;
+    int year() const;       // the year chosen in Combo5
+    QVariantList years() const;   // the grid's year filter: Combo5 to Combo2
     void sortOn(int column);
     void confirmReceipt();
     void showIssueBalance();
@@ -86,7 +88,7 @@ private:
     QString writeObjedn(const ObjednFilter &filter);
 
     QLabel *Label1;
-    QComboBox *Combo5;
+    QComboBox *Combo5, *Combo2;
     QTableView *DataGrid1;
     QLineEdit *Text4, *Text8, *Text5, *Text6, *Text2, *Text7, *Text9, *Text3;
     QComboBox *Combo1;

@@ -4,31 +4,83 @@
 #include "core/msg.h"
 #include "core/session.h"
 #include "core/text.h"
+#include "stock/journal.h"
 #include "stock/sklad.h"
 #include "stock/summaries.h"
 
+#include <QAbstractTableModel>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QSqlQuery>
-#include <QSqlQueryModel>
 #include <QTableView>
 #include <QVBoxLayout>
 
-namespace {
-// The journal as the grid shows it: dates as users write them.
-class JournalModel : public QSqlQueryModel {
+// The journal as the grid shows it: every row counted, a page read from the server when the
+// grid first asks for one of its rows, and only the pages seen last kept.
+class JournalModel : public QAbstractTableModel {
 public:
+    static constexpr int PageSize = 200;
+    static constexpr int PagesKept = 16;
+
+    JournalModel(DbConnection &centre, const QString &sklad, int rows) : m_centre(centre), m_sklad(sklad), m_rows(rows) {}
+
+    int rowCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : m_rows; }
+    int columnCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : 7; }
     QVariant data(const QModelIndex &index, int role) const override
     {
-        const QVariant v = QSqlQueryModel::data(index, role);
-        if (role == Qt::DisplayRole && v.typeId() == QMetaType::QDate)
-            return v.toDate().toString(QStringLiteral("dd.MM.yyyy"));
-        return v;
+        if (role != Qt::DisplayRole || !index.isValid())
+            return QVariant();
+        const QVector<JournalRow> &page = pageOf(index.row());
+        const int at = index.row() % PageSize;
+        if (at >= page.size())
+            return QVariant();
+        const JournalRow &r = page.at(at);
+        switch (index.column()) {
+        case 0: return r.nazev;
+        case 1: return r.katal;
+        case 2: return r.kusVy;
+        case 3: return r.mira;
+        case 4: return r.komu;
+        case 5: return r.datVyd.isValid() ? r.datVyd.toString(QStringLiteral("dd.MM.yyyy")) : QString();
+        default: return r.sklad;
+        }
     }
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override
+    {
+        static const char *const heads[] = {"Název zboží", "Katal. číslo", "Množství", "Míra", "Komu", "Datum výdeje", "Sklad"};
+        if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < 7)
+            return QString::fromUtf8(heads[section]);
+        return QAbstractTableModel::headerData(section, orientation, role);
+    }
+
+private:
+    const QVector<JournalRow> &pageOf(int row) const
+    {
+        const int page = row / PageSize;
+        auto found = m_pages.find(page);
+        if (found != m_pages.end()) {
+            m_recent.removeOne(page);
+            m_recent.append(page);
+            return *found;
+        }
+        if (m_recent.size() >= PagesKept)
+            m_pages.remove(m_recent.takeFirst());
+        QVector<JournalRow> rows;
+        // A page that cannot be read stays empty; the next look at it tries again.
+        if (!ReadJournal(m_centre, m_sklad, page * PageSize, PageSize, &rows, nullptr))
+            return m_failed;
+        m_recent.append(page);
+        return *m_pages.insert(page, std::move(rows));
+    }
+
+    DbConnection &m_centre;
+    QString m_sklad;
+    int m_rows;
+    mutable QHash<int, QVector<JournalRow>> m_pages;
+    mutable QList<int> m_recent;
+    const QVector<JournalRow> m_failed;
 };
-} // namespace
 
 frmVydeji::frmVydeji(QWidget *parent) : QDialog(parent)
 {
@@ -77,18 +129,13 @@ bool frmVydeji::Load()
         return false;
     const QString sklad = ParseOpenFile(OpenFile).typ;
     Label3->setText(sklad);
-    QSqlQuery q = m_centre->query();
-    const QString sql = QStringLiteral("SELECT NAM_CHIM, KATAL, KUS_VY, MIRA, KOMU, DAT_VYD, sklad FROM CHEM_VYD")
-        + (sklad.isEmpty() ? QString() : QStringLiteral(" WHERE sklad=?")) + QStringLiteral(" ORDER BY nam_chim,katal");
-    if (!m_centre->exec(q, sql, sklad.isEmpty() ? QVariantList() : QVariantList{sklad})) {
-        MsgBox(m_centre->errorText(), MsgCritical);
+    QString error;
+    const int rows = CountJournal(*m_centre, sklad, &error);
+    if (rows < 0) {
+        MsgBox(error, MsgCritical);
         return false;
     }
-    m_model = std::make_unique<JournalModel>();
-    m_model->setQuery(std::move(q));
-    const char *const headers[] = {"Název zboží", "Katal. číslo", "Množství", "Míra", "Komu", "Datum výdeje", "Sklad"};
-    for (int c = 0; c < 7; ++c)
-        m_model->setHeaderData(c, Qt::Horizontal, QString::fromUtf8(headers[c]));
+    m_model = std::make_unique<JournalModel>(*m_centre, sklad, rows);
     DataGrid1->setModel(m_model.get());
     DataGrid1->setColumnWidth(0, 280);
     connect(DataGrid1->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &frmVydeji::showPosition);

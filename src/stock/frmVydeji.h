@@ -1,6 +1,7 @@
 #pragma once
 // "Výdej": the journal of issues of one warehouse (OpenFile "Typ~File"; empty for all),
-// by name and catalogue number, with the printed summary.
+// by name and catalogue number, read a page at a time as the grid scrolls, with the
+// printed summary of the whole journal.
 
 #include <QDialog>
 #include <QString>
@@ -10,7 +11,7 @@
 class DbConnection;
 class QLabel;
 class QPushButton;
-class QSqlQueryModel;
+class JournalModel;
 class QTableView;
 
 class frmVydeji : public QDialog {
@@ -33,7 +34,7 @@ private:
     QTableView *DataGrid1;
     QPushButton *cmdArchVyd, *cmdClose;
     std::unique_ptr<DbConnection> m_centre;
-    std::unique_ptr<QSqlQueryModel> m_model;
+    std::unique_ptr<JournalModel> m_model;   // reads through m_centre: goes first
 };
 
 // From the main window: the journal of every warehouse.

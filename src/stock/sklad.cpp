@@ -63,6 +63,8 @@ QStringList CreateSkladStatements(const QString &file)
         QStringLiteral("ALTER TABLE ") + file
             + QStringLiteral(" ADD `nom` INT( 11 ) UNSIGNED NOT NULL AUTO_INCREMENT AFTER `TypBal2` , "
                              "ADD PRIMARY KEY ( `nom` ) ;"),
+        QStringLiteral("ALTER TABLE ") + file
+            + QStringLiteral(" ADD INDEX (`Nazev`, `Katal`, `ZKATALOG`), ADD INDEX (`Katal`), ADD INDEX (`ZKATALOG`)"),
     };
 }
 
@@ -129,9 +131,11 @@ QVector<SkladRef> ListSklady(DbConnection &centre)
 
 QString YearCondition() { return QStringLiteral("dat_obj >= ? AND dat_obj <= ?"); }
 
-QVariantList YearValues(int year)
+QVariantList YearValues(int year, int lastYear)
 {
-    return {QStringLiteral("%1-01-01").arg(year), QStringLiteral("%1-12-31").arg(year)};
+    const int first = lastYear ? std::min(year, lastYear) : year;
+    const int last = std::max(year, lastYear);
+    return {QStringLiteral("%1-01-01").arg(first), QStringLiteral("%1-12-31").arg(last)};
 }
 
 double ParseQuantity(const QString &text)

@@ -29,7 +29,9 @@ SkladRef ParseOpenFile(const QString &openFile);
 // without their separators, so 15.3.2013 10:15:00 gives Skl1532013101500.
 QString NewSkladTableName(const QDateTime &now);
 // The statements that make the table, in their order (the copy loses the key, so the key
-// column is dropped and made again).
+// column is dropped and made again), and last the indexes of the columns the searches
+// start from (name, catalogue number, catalogue label), which the copy loses as well; the
+// name's index holds the other two, so a search reads it without the rows.
 QStringList CreateSkladStatements(const QString &file);
 
 // Every operation below returns false and writes a Czech message to *error on failure.
@@ -48,9 +50,10 @@ QVector<SkladRef> ListSklady(DbConnection &centre);
 
 // --- items -----------------------------------------------------------------------------
 
-// The year filter of the grid: DAT_OBJ within the year (bound values "year-01-01", "year-12-31").
+// The year filter of the grid: DAT_OBJ within the year (bound values "year-01-01", "year-12-31"),
+// or within the years from the first to the last given.
 QString YearCondition();
-QVariantList YearValues(int year);
+QVariantList YearValues(int year, int lastYear = 0);
 
 // A quantity as typed: digits and one decimal mark ("," or ".") only; anything else, or
 // two marks, counts as 0.

@@ -91,6 +91,15 @@ TEST(frmFindAll, QuotesDroppedStarsWidenMissingTablesPassedOver)
         found << hit.nazev + "|" + hit.skladName;
     // Warehouses in the order of the list, names in order within each; by name, number or label.
     EXPECT_EQ(found, (QStringList{"Cokoli|Kancelář", "Štítky|Kancelář", "Zkumavky do stojanu|Kancelář"}));
+    // A row found by two columns is one hit; the cap keeps the first names over all three columns.
+    Exec(Centre, "INSERT INTO Skl1622026094003 (Nazev, Katal, ZKATALOG) VALUES ('Zkouška', 'ZK-2', 'Zk-3')");
+    for (const auto &[cap, names] : {std::pair{1000, QStringList{"Cokoli", "Štítky", "Zkouška", "Zkumavky do stojanu"}},
+                                     std::pair{2, QStringList{"Cokoli", "Štítky"}}}) {
+        found.clear();
+        for (const FindAllHit &hit : FindInAllSklady(centre, "Zk", cap))
+            found << hit.nazev;
+        EXPECT_EQ(found, names) << cap;
+    }
     EXPECT_EQ(FindInAllSklady(centre, "*zkumavky").size(), 7);   // five plastics, two office items
     EXPECT_EQ(FindInAllSklady(centre, "Mikro").size(), 3);
     EXPECT_EQ(FindInAllSklady(centre, "Mikro", 2).size(), 2);   // the cap of one warehouse

@@ -168,6 +168,28 @@ TEST(frmCHEMIK, MovementsEditsSearchesDeletesAndCopies)
     Child<QTableView>(&screen, "DataGrid1")->horizontalHeader()->sectionClicked(Col(&screen, "Nazev"));
     EXPECT_EQ(grid->index(0, Col(&screen, "Nazev")).data().toString(), "Centrifugační zkumavky 15 ml");
 
+    // Combo2 widens the year of Combo5 to a span; a year chosen in Combo5 is a single year again.
+    const int year = QDate::currentDate().year();
+    Exec(Centre, QStringLiteral("INSERT INTO %1 (Nazev, DAT_OBJ) VALUES ('Loňská', '%2-12-31'), ('Předloňská', '%3-01-01')")
+                     .arg(Plasty).arg(year - 1).arg(year - 2));
+    auto *from = Child<QComboBox>(&screen, "Combo5");
+    auto *to = Child<QComboBox>(&screen, "Combo2");
+    ASSERT_EQ(to->count(), from->count());
+    const auto choose = [](QComboBox *combo, int year) {
+        combo->setCurrentText(QString::number(year));
+        emit combo->activated(combo->currentIndex());
+    };
+    choose(to, year - 1);
+    EXPECT_EQ(grid->rowCount(), 15);
+    choose(from, year - 2);
+    EXPECT_EQ(to->currentText(), QString::number(year - 2));
+    EXPECT_EQ(grid->rowCount(), 1);
+    choose(to, year);
+    EXPECT_EQ(grid->rowCount(), 16);
+    choose(from, year);
+    EXPECT_EQ(grid->rowCount(), 14);
+    Exec(Centre, "DELETE FROM " + Plasty + " WHERE Nazev IN ('Loňská', 'Předloňská')");
+
     // Receipt: packages, Enter, pieces, Enter.
     const QString tubes = "Mikrozkumavky 2,0 ml";
     const double before = Balance(Plasty, tubes);

@@ -60,7 +60,8 @@ TEST(Sklad, CreationStatementsMakeTheTemplatesLayoutWithAKeyFromOne)
               (QStringList{"CREATE TABLE Skl1  AS SELECT * FROM PLASTY", "TRUNCATE TABLE  Skl1;",
                            "ALTER TABLE Skl1 DROP `nom`;",
                            "ALTER TABLE Skl1 ADD `nom` INT( 11 ) UNSIGNED NOT NULL AUTO_INCREMENT AFTER `TypBal2` , "
-                           "ADD PRIMARY KEY ( `nom` ) ;"}));
+                           "ADD PRIMARY KEY ( `nom` ) ;",
+                           "ALTER TABLE Skl1 ADD INDEX (`Nazev`, `Katal`, `ZKATALOG`), ADD INDEX (`Katal`), ADD INDEX (`ZKATALOG`)"}));
     // The template holds a row, so the truncate is seen to work.
     Exec(Centre, "INSERT INTO PLASTY (Nazev) VALUES ('vzor')");
     QString error;
@@ -73,6 +74,9 @@ TEST(Sklad, CreationStatementsMakeTheTemplatesLayoutWithAKeyFromOne)
     EXPECT_EQ(AddItem(s.centre, "Skl999", "druhá", QDate(2026, 5, 1), &error), 2u);
     EXPECT_EQ(One("SELECT COLUMN_KEY FROM information_schema.COLUMNS WHERE TABLE_SCHEMA='fondarix_ofk' "
                   "AND TABLE_NAME='skl999' AND COLUMN_NAME='nom'"), "PRI");
+    EXPECT_EQ(Column(Centre, "SELECT DISTINCT COLUMN_NAME FROM information_schema.STATISTICS WHERE TABLE_SCHEMA="
+                             "'fondarix_ofk' AND TABLE_NAME='skl999' ORDER BY COLUMN_NAME"),
+              (QStringList{"Katal", "Nazev", "nom", "ZKATALOG"}));
 
     // A second warehouse of the same second: the typ row is written, the table is refused.
     EXPECT_FALSE(CreateSklad(s.centre, "Dvojník", "Skl999", &error));
