@@ -73,6 +73,7 @@ bool ask(const QString &question)
 
 frmSYS::frmSYS(QWidget *parent) : QDialog(parent)
 {
+    setObjectName(QStringLiteral("frmSYS"));
     setWindowTitle(QStringLiteral("Nastavení programu"));
     resize(940, 640);
 
@@ -102,6 +103,14 @@ frmSYS::frmSYS(QWidget *parent) : QDialog(parent)
         "Posinout texty blok objednávky vlevo na                                          znaků"};
     for (int i = 0; i < 4; ++i)
         txtPrint[i] = named(new QLineEdit(this), QStringLiteral("txtPrint%1").arg(i));
+    // The workstation: its name and configuration file are shown only, the server is edited.
+    txtPocitac = named(new QLineEdit(ComputerName(), this), QStringLiteral("txtPocitac"));
+    txtIniPath = named(new QLineEdit(QDir::toNativeSeparators(IniFilePath()), this), QStringLiteral("txtIniPath"));
+    for (QLineEdit *shown : {txtPocitac, txtIniPath})
+        shown->setReadOnly(true);
+    txtServerIP = named(new QLineEdit(this), QStringLiteral("txtServerIP"));
+    txtServerIP->setMaxLength(19);
+    txtServerPort = named(new QLineEdit(this), QStringLiteral("txtServerPort"));
     Check1 = named(new QCheckBox(QStringLiteral("Zobrazit menu v okně prohlížeče IE "), this), QStringLiteral("Check1"));
     Combo2 = named(new QComboBox(this), QStringLiteral("Combo2"));
     txtFiltr = named(new QLineEdit(this), QStringLiteral("txtFiltr"));
@@ -125,7 +134,7 @@ frmSYS::frmSYS(QWidget *parent) : QDialog(parent)
         *institution[i] = named(new QLineEdit(this), QLatin1String(institutionNames[i]));
 
     // Number boxes: digits and Backspace only.
-    for (QLineEdit *box : {txtPrint[0], txtPrint[1], txtPrint[2], txtPrint[3], txtFields[8], txtNewdate}) {
+    for (QLineEdit *box : {txtPrint[0], txtPrint[1], txtPrint[2], txtPrint[3], txtFields[8], txtNewdate, txtServerPort}) {
         box->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), box));
         box->setProperty("digitsOnly", true);
         box->installEventFilter(this);
@@ -200,6 +209,8 @@ frmSYS::frmSYS(QWidget *parent) : QDialog(parent)
     Timer1 = named(new QTimer(this), QStringLiteral("Timer1"));
     Timer1->setSingleShot(true);
     connect(Timer1, &QTimer::timeout, this, [this] { showPicture(PictureSlot, QStringLiteral("typ4_tmp.bmp"), Image1); });
+    // Closed before the picture came (OK at once): a new server address may already stand in the file.
+    connect(this, &QDialog::finished, Timer1, &QTimer::stop);
 
     // --- layout: one tab per kind of setting
     auto *tabs = new QTabWidget(this);
@@ -210,6 +221,16 @@ frmSYS::frmSYS(QWidget *parent) : QDialog(parent)
     };
 
     auto *general = new QFormLayout(page(QStringLiteral("Pracoviště")));
+    general->addRow(QStringLiteral("Název počítače:"), txtPocitac);
+    general->addRow(QStringLiteral("Konfigurační soubor:"), txtIniPath);
+    auto *serverBox = new QWidget;
+    auto *server = new QHBoxLayout(serverBox);
+    server->setContentsMargins(0, 0, 0, 0);
+    server->addWidget(txtServerIP, 3);
+    server->addWidget(new QLabel(QStringLiteral("Port:")));
+    server->addWidget(txtServerPort, 1);
+    auto *serverLabel = new QLabel(QStringLiteral("Adresa serveru MySQL:"));
+    general->addRow(serverLabel, serverBox);
     for (int i : {0, 1, 2, 5, 8})
         general->addRow(fieldLabels[i], txtFields[i]);
     for (int i = 0; i < 4; ++i) {
@@ -283,11 +304,14 @@ frmSYS::frmSYS(QWidget *parent) : QDialog(parent)
         Combo2->setEnabled(false);
         txtFiltr->setEnabled(false);
     }
-    if (typ == 4)
+    if (typ == 4) {
         for (int i : {0, 1, 2, 7, 8}) {
             fieldLabels[i]->hide();
             txtFields[i]->hide();
         }
+        serverLabel->hide();
+        serverBox->hide();
+    }
 }
 
 bool frmSYS::Load()
@@ -296,6 +320,10 @@ bool frmSYS::Load()
     if (!OpenOrFatal(sys))
         return false;
     const WorkstationSettings s = ReadWorkstationSettings();
+    m_serverIp = s.serverIp;
+    m_serverPort = s.serverPort;
+    txtServerIP->setText(s.serverIp);
+    txtServerPort->setText(s.serverPort);
     const QString fieldValues[FieldCount] = {s.zadankySave, s.spravceName, s.typFormulara, s.telefon, s.linka,
                                              s.uctyNotControl, s.email, s.telefonEng, s.selectTypBottom};
     for (int i = 0; i < FieldCount; ++i)
@@ -471,6 +499,25 @@ QLineEdit *frmSYS::badDigitBox() const
     return nullptr;
 }
 
+bool frmSYS::serverAddressAccepted()
+{
+    const QString ip = txtServerIP->text().trimmed(), port = txtServerPort->text().trimmed();
+    if (ip == m_serverIp && port == m_serverPort)
+        return true;
+    const QString problem = ServerAddressProblem(ip, port);
+    if (!problem.isEmpty()) {
+        MsgBox(problem, MsgWarning);
+        txtServerIP->setFocus();
+        return false;
+    }
+    // A wrong address would end the program at its next start: say so before it is written.
+    QString error;
+    return ServerAnswers(ip, port, &error)
+        || ask(QStringLiteral("Server %1, port %2 neodpovídá: %3\nPo uložení se program k databázi nepřipojí. "
+                              "Přesto adresu uložit?")
+                   .arg(ip, port, error));
+}
+
 void frmSYS::cmdUsers_Click()
 {
     frmLoginUser users(this);
@@ -577,6 +624,8 @@ void frmSYS::cmdOk_Click()
         bad->setFocus();
         return;
     }
+    if (!serverAddressAccepted())
+        return;
     InstitutionFields f = m_institution;
     QLineEdit *const institution[] = {txtFirma, txtAdresa, txtPSC, txtMesto, txtICO, txtDIC,
                                       txtUcet, txtBanka, txtUcet2, txtNewdate};
@@ -603,8 +652,8 @@ void frmSYS::cmdOk_Click()
     s.printTop = txtPrint[2]->text();
     s.printMargin = txtPrint[3]->text();
     s.toolBar = Check1->isChecked() ? QStringLiteral("1") : QStringLiteral("0");
-    // The institution's row is written first but committed after the store: a value the server
-    // refuses leaves everything as it was.
+    // The institution's row is written first but committed after the file and the store: a value
+    // the server refuses leaves everything as it was.
     DbConnection sys(ConnStrSys());
     if (!OpenOrFatal(sys))
         return;
@@ -613,6 +662,13 @@ void frmSYS::cmdOk_Click()
     if (!SaveInstitutionFields(sys, f)
         || (administrator && !SaveOwnGrantFilter(sys, Session().UserLogin, txtFiltr->text()))) {
         MsgBox(sys.errorText(), MsgCritical);
+        return;
+    }
+    const QString ip = txtServerIP->text().trimmed(), port = txtServerPort->text().trimmed();
+    if ((ip != m_serverIp || port != m_serverPort) && !SaveServerAddress(ip, port)) {
+        MsgBox(QStringLiteral("Konfigurační soubor %1 nelze zapsat, nic nebylo uloženo.")
+                   .arg(QDir::toNativeSeparators(IniFilePath())),
+               MsgCritical);
         return;
     }
     SaveWorkstationSettings(s);

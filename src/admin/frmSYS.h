@@ -50,6 +50,8 @@ private:
     void showPicture(int slot, const QString &fileName, QLabel *image);
     // The first field whose text is not digits only, or nothing.
     QLineEdit *badDigitBox() const;
+    // Checks a changed server address (asking when the server does not answer); false: save nothing.
+    bool serverAddressAccepted();
 
     void cmdUsers_Click();
     void cmdList_Click(const QString &table, const QString &title, const QString &key, QComboBox *reload);
@@ -65,8 +67,10 @@ private:
     InstitutionFields m_institution;
     QVector<OrderingPerson> m_persons;
     QVector<CentreRow> m_centres;
+    QString m_serverIp, m_serverPort;   // as read, so that an unchanged address is not rewritten
 
     QLineEdit *txtFields[FieldCount];
+    QLineEdit *txtPocitac, *txtIniPath, *txtServerIP, *txtServerPort;   // the workstation and its server
     QLineEdit *txtPrint[4];   // size, rows, top, margin of the user's print values
     QCheckBox *Check1;
     QComboBox *Combo2;

@@ -36,6 +36,8 @@ void savePrint(QString (*getSet)(QString &), const QString &text)
 WorkstationSettings ReadWorkstationSettings()
 {
     WorkstationSettings s;
+    s.serverIp = GetServerIP();
+    s.serverPort = GetServerPort();
     s.zadankySave = GetZadankySave();
     s.spravceName = GetSetting(QStringLiteral("SPRAVCE"), QStringLiteral("Name"));
     s.typFormulara = GetTypFormulara();
@@ -83,6 +85,35 @@ bool IsDigitsOnly(const QString &text)
         if (c < QLatin1Char('0') || c > QLatin1Char('9'))
             return false;
     return true;
+}
+
+// --- the server address in the configuration file -------------------------------------------
+
+QString ServerAddressProblem(const QString &ip, const QString &port)
+{
+    static const QRegularExpression address(QStringLiteral("^[A-Za-z0-9.:_-]{1,19}$"));
+    if (!address.match(ip).hasMatch())
+        return QStringLiteral("Adresa serveru musí mít 1 až 19 znaků a smí obsahovat jen písmena bez diakritiky, "
+                              "číslice, tečky, dvojtečky, pomlčky a \"_\".");
+    const int number = IsDigitsOnly(port) && port.size() <= 5 ? port.toInt() : 0;
+    if (number < 1 || number > 65535)
+        return QStringLiteral("Port serveru musí být číslo od 1 do 65535.");
+    return QString();
+}
+
+bool ServerAnswers(const QString &ip, const QString &port, QString *error)
+{
+    DbConnection probe(BuildConnStr(QLatin1String(SysDbName), ComputerName(), ip, port, Session().DbUser,
+                                    Session().DbPassword));
+    if (!probe.isOpen())
+        *error = probe.errorText();
+    return probe.isOpen();
+}
+
+bool SaveServerAddress(const QString &ip, const QString &port)
+{
+    return WriteProfileString(Nastaveni, QStringLiteral("SERVER_IP"), ip)
+        && WriteProfileString(Nastaveni, QStringLiteral("SERVER_PORT"), port);
 }
 
 // --- the institution ------------------------------------------------------------------------

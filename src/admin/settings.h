@@ -13,6 +13,7 @@ class DbConnection;
 // --- the settings store and the print values ------------------------------------------
 
 struct WorkstationSettings {
+    QString serverIp, serverPort;   // from the configuration file, saved apart (SaveServerAddress)
     QString zadankySave, spravceName, typFormulara, vyrizuje, telefon, telefonEng, email, linka, spravObj, prikObj,
         uctyNotControl, selectTypBottom;
     // The five print values of the user (sys_users_print); an empty one is left as it is.
@@ -25,6 +26,16 @@ void SaveWorkstationSettings(const WorkstationSettings &settings);
 
 // True when the text is empty or digits only (the number boxes).
 bool IsDigitsOnly(const QString &text);
+
+// --- the server address in the configuration file ----------------------------------------
+
+// The problem of an address and port in Czech, empty when they can be written: the address
+// becomes part of the connection text, and the file gives back at most 19 characters of it.
+QString ServerAddressProblem(const QString &ip, const QString &port);
+// Whether the system database answers at that address; the server's error text otherwise.
+bool ServerAnswers(const QString &ip, const QString &port, QString *error);
+// SERVER_IP and SERVER_PORT of section NASTAVENI; false when the file cannot be written.
+bool SaveServerAddress(const QString &ip, const QString &port);
 
 // --- the institution ------------------------------------------------------------------
 

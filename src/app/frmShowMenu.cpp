@@ -12,9 +12,9 @@ frmShowMenu::frmShowMenu(QWidget *mainWindow)
     : QObject(mainWindow)
     , mainWindow(mainWindow)
 {
-    if (!QSystemTrayIcon::isSystemTrayAvailable())
-        return;
-    menu = new QMenu(QStringLiteral("Shell Menu"));
+    // The menu stands ready even where the desktop has no tray, so that it can be shown and tried.
+    menu = new QMenu(QStringLiteral("Shell Menu"), mainWindow);
+    menu->setObjectName(QStringLiteral("Shell Menu"));
     QAction *show = menu->addAction(QStringLiteral("Zobrazit seznam"));
     show->setObjectName(QStringLiteral("itm_Show"));   // has no action of its own
     QAction *quit = menu->addAction(QStringLiteral("Ukončit program"));
@@ -24,6 +24,8 @@ frmShowMenu::frmShowMenu(QWidget *mainWindow)
         EndProcess(0);
     });
 
+    if (!QSystemTrayIcon::isSystemTrayAvailable())
+        return;
     icon = new QSystemTrayIcon(mainWindow->windowIcon(), this);
     icon->setToolTip(QStringLiteral("Program Fondarix"));
     icon->setContextMenu(menu);
@@ -42,8 +44,6 @@ void frmShowMenu::ShowMainWindow()
     SetTopMost(mainWindow, true);
     mainWindow->activateWindow();
 }
-
-frmShowMenu::~frmShowMenu() { delete menu; }
 
 void frmShowMenu::Remove()
 {

@@ -12,7 +12,6 @@ class frmShowMenu : public QObject {
 public:
     // Adds the icon for the main window; nothing appears where the desktop has no tray.
     explicit frmShowMenu(QWidget *mainWindow);
-    ~frmShowMenu() override;
 
     // Takes the icon away (at the end of the program).
     void Remove();

@@ -4,6 +4,7 @@
 #include "core/frmAbout.h"
 #include "core/msg.h"
 
+#include <QFrame>
 #include <QLabel>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -29,7 +30,14 @@ frmZast::frmZast(QWidget *parent)
     auto *copyright = new QLabel(CopyrightLabelText(), this);
     copyright->setObjectName(QStringLiteral("lblCopyright"));
     copyright->setAlignment(Qt::AlignCenter);
-    auto *layout = new QVBoxLayout(this);
+    // Without a window frame the splash needs an edge of its own against the desktop.
+    auto *edge = new QFrame(this);
+    edge->setFrameStyle(QFrame::Panel | QFrame::Raised);
+    edge->setLineWidth(2);
+    auto *outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->addWidget(edge);
+    auto *layout = new QVBoxLayout(edge);
     layout->setContentsMargins(40, 30, 40, 30);
     layout->addWidget(name);
     layout->addWidget(version);

@@ -77,32 +77,41 @@ QString PngFile(const QString &path, Qt::GlobalColor colour)
 }
 } // namespace
 
-TEST(Settings, LookUpsDigitsAndCentreChecks)
+TEST(Settings, ValuesThatWouldBreakAStatementOrTheConnectionAreRefused)
 {
-    const QVector<OrderingPerson> persons{{"Tomáš Černý", "1", "2", "a@b"}, {"Lenka Procházková", "3", "4", "c@d"},
-                                          {"Lenka Malá", "5", "6", "e@f"}};
     using Find = std::initializer_list<std::pair<const char *, int>>;
-    for (const auto &[text, index] : Find{{"Tomáš", 0}, {"lenka", 1}, {"Lenka M", 2}, {"", 0}, {"Karel", -1}})
+    const QVector<OrderingPerson> persons{{"Tomáš Černý", "", "", ""}, {"Lenka Procházková", "", "", ""},
+                                          {"Lenka Malá", "", "", ""}};
+    for (const auto &[text, index] : Find{{"lenka", 1}, {"Lenka M", 2}, {"", 0}, {"Karel", -1}})
         EXPECT_EQ(FindOrderingPerson(persons, QString::fromUtf8(text)), index) << text;
 
-    using Digits = std::initializer_list<std::pair<const char *, bool>>;
-    for (const auto &[text, ok] : Digits{{"", true}, {"0123", true}, {"12a", false}, {"1 2", false}, {"-1", false},
-                                         {"١٢", false}})
-        EXPECT_EQ(IsDigitsOnly(QString::fromUtf8(text)), ok) << text;
-
+    // Each value with whether it passes: digit boxes, centres, server address and port.
     const struct {
-        CentreRow row;
-        const char *problem;
-    } centres[] = {
-        {{0, "510", "OFK", "fondarix_ofk", "", ""}, ""},
-        {{0, " ", "OFK", "fondarix_ofk", "", ""}, "Zadejte kód střediska."},
-        {{0, "511", "OFK", "fondarix-ofk; DROP", "", ""}, "písmena bez diakritiky"},
-        {{0, "511", "OFK", "", "", ""}, "písmena bez diakritiky"},
-        {{0, "511", "OFK", "databáze", "", ""}, "písmena bez diakritiky"},
+        const char *what, *value;
+        bool ok;
+    } cases[] = {
+        {"digits", "0123", true}, {"digits", "", true}, {"digits", "1 2", false}, {"digits", "١٢", false},
+        {"centre", "fondarix_ofk", true}, {"centre", "fondarix-ofk; DROP", false}, {"centre", "databáze", false},
+        {"centre", "", false},
+        {"server", "10.0.0.17", true}, {"server", "db-server.ukv.cz", true}, {"server", "::1", true},
+        {"server", "", false}, {"server", "db;OPTION=0", false}, {"server", "12345678901234567890", false},
+        {"port", "3306", true}, {"port", "65535", true}, {"port", "0", false}, {"port", "65536", false},
+        {"port", "33o6", false}, {"port", "", false}, {"port", "0000000003306", false},
     };
-    for (const auto &c : centres)
-        EXPECT_EQ(CentreProblem(c.row).isEmpty(), QString::fromUtf8(c.problem).isEmpty()) << c.row.database.toStdString();
-    EXPECT_TRUE(CentreProblem(centres[2].row).contains(QString::fromUtf8(centres[2].problem)));
+    for (const auto &c : cases) {
+        const QString value = QString::fromUtf8(c.value);
+        const std::string what = std::string(c.what) + " " + c.value;
+        if (c.what == std::string("digits"))
+            EXPECT_EQ(IsDigitsOnly(value), c.ok) << what;
+        else if (c.what == std::string("centre"))
+            EXPECT_EQ(CentreProblem({0, "510", "OFK", value, "", ""}).isEmpty(), c.ok) << what;
+        else if (c.what == std::string("server"))
+            EXPECT_EQ(ServerAddressProblem(value, "3306").isEmpty(), c.ok) << what;
+        else
+            EXPECT_EQ(ServerAddressProblem("127.0.0.1", value).isEmpty(), c.ok) << what;
+    }
+    EXPECT_EQ(CentreProblem({0, " ", "OFK", "fondarix_ofk", "", ""}), "Zadejte kód střediska.");
+    EXPECT_EQ(ServerAddressProblem("127.0.0.1", "x"), "Port serveru musí být číslo od 1 do 65535.");
 }
 
 TEST(frmSYS, OkSavesEverySettingTheInstitutionAndTheFilter)
@@ -110,10 +119,8 @@ TEST(frmSYS, OkSavesEverySettingTheInstitutionAndTheFilter)
     FreshDatabases();
     Screen s(2);
     frmSYS *sys = s.sys.get();
-    EXPECT_EQ(sys->windowTitle(), QStringLiteral("Nastavení programu"));
     EXPECT_EQ(Box(sys, "txtFirma")->text(), QStringLiteral("Ústav klinického výzkumu Lhotka"));
-    EXPECT_EQ(Child<QComboBox>(sys, "cmbPrikObj")->count(), 2);
-    EXPECT_FALSE(Field(sys, 5)->isHidden());
+    EXPECT_EQ(Box(sys, "txtServerPort")->text(), QString::number(ServerPort()));
 
     // The ordering person's details follow the name typed.
     auto *vyrizuje = Child<QComboBox>(sys, "cmbVyrizuje");
@@ -137,13 +144,10 @@ TEST(frmSYS, OkSavesEverySettingTheInstitutionAndTheFilter)
         Field(sys, i)->setText(quoted + QString::number(i));
     Field(sys, 5)->setText(QStringLiteral(" 501, 502 *"));
     Field(sys, 8)->setText(QStringLiteral("2"));
-    const char *printBoxes[] = {"txtPrint0", "txtPrint1", "txtPrint2", "txtPrint3"};
-    const char *printValues[] = {"3", "30", "1", "4"};
     for (int i = 0; i < 4; ++i)
-        Box(sys, printBoxes[i])->setText(QLatin1String(printValues[i]));
+        Box(sys, QStringLiteral("txtPrint%1").arg(i))->setText(QString::number(i + 3));
     Child<QCheckBox>(sys, "Check1")->setChecked(false);
     Box(sys, "txtFirma")->setText(QStringLiteral("Ústav \"Lhotka\" O'Brien"));
-    Box(sys, "txtPSC")->setText(QStringLiteral("120 00"));
     Child<QComboBox>(sys, "cmbPrikObj")->setEditText(QStringLiteral("doc. MUDr. Eva Horáková, Ph.D."));
     SaveScreen(sys, QStringLiteral("frmSYS"));
 
@@ -173,9 +177,9 @@ TEST(frmSYS, OkSavesEverySettingTheInstitutionAndTheFilter)
         EXPECT_EQ(Stored(k.section, k.key), k.value) << k.key;
     EXPECT_EQ(Column(Sys, QStringLiteral("SELECT CONCAT_WS('|', param_1, param_2, param_3, param_4, param_5) "
                                           "FROM sys_users_print WHERE login='svoboda'")),
-              QStringList{"3|30|1|4|0"});
-    EXPECT_EQ(Column(Sys, QStringLiteral("SELECT CONCAT_WS('|', Firma, PSC, Mesto) FROM sys_nastaveni")),
-              QStringList{"Ústav \"Lhotka\" O'Brien|120 00|Lhotka"});
+              QStringList{"3|4|5|6|0"});
+    EXPECT_EQ(Column(Sys, QStringLiteral("SELECT CONCAT_WS('|', Firma, Mesto) FROM sys_nastaveni")),
+              QStringList{"Ústav \"Lhotka\" O'Brien|Lhotka"});
     EXPECT_EQ(Session().InstFirma, QStringLiteral("Ústav \"Lhotka\" O'Brien"));
     EXPECT_EQ(Column(Sys, QStringLiteral("SELECT filtr_grant FROM sys_users WHERE login='svoboda'")), QStringList{"1201,"});
 
@@ -191,6 +195,8 @@ TEST(frmSYS, OkSavesEverySettingTheInstitutionAndTheFilter)
 TEST(frmSYS, BadInputIsRefusedBeforeAnythingIsSaved)
 {
     FreshDatabases();
+    const auto server = [] { return GetServerIP() + QLatin1Char(':') + GetServerPort(); };
+    const QString ini = server();
     Screen s(2);
     frmSYS *sys = s.sys.get();
     ScriptedMessages messages;
@@ -205,31 +211,39 @@ TEST(frmSYS, BadInputIsRefusedBeforeAnythingIsSaved)
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(messages.shown[0].text, QStringLiteral("Do tohoto pole lze zadat pouze číslice."));
 
-    const auto nothingSaved = [&] {
+    Field(sys, 0)->setText(QStringLiteral("/tmp/objednavky"));
+    Box(sys, "txtFirma")->setText(QStringLiteral("Jiný ústav"));
+    // Each bad value in turn, the earlier ones put right; the message, and nothing saved.
+    const struct {
+        const char *box;
+        QString value;
+        const char *message;
+    } bad[] = {
+        {"txtNewdate", "12ab", "Do tohoto pole lze zadat pouze číslice."},   // put there around the key check
+        {"txtNewdate", "1700000000", nullptr},
+        {"txtServerIP", "db;UID=root", "Adresa serveru musí mít 1 až 19 znaků"},
+        {"txtServerIP", "127.0.0.1", nullptr},
+        {"txtServerPort", "99999", "Port serveru musí být číslo od 1 do 65535."},
+        {"txtServerPort", "", "Port serveru musí být číslo od 1 do 65535."},
+        {"txtServerPort", QString::number(ServerPort()), nullptr},
+        {"txtAdresa", "Ulice 文", "Pole „Adresa“ obsahuje znak, který nelze uložit ve znakové sadě Windows-1250; text "
+                                  "nebyl uložen."},
+        {"txtAdresa", QString(200, QLatin1Char('a')),
+         "Text v poli „Adresa“ je příliš dlouhý; nebyl uložen ani zkrácen. Zkraťte jej prosím."},
+    };
+    for (const auto &b : bad) {
+        Box(sys, QLatin1String(b.box))->setText(b.value);
+        if (!b.message)
+            continue;
+        messages.shown.clear();
+        Click(sys, "cmdOk");
+        EXPECT_TRUE(messages.lastText().startsWith(QString::fromUtf8(b.message))) << messages.lastText().toStdString();
         EXPECT_EQ(Stored("NASTAVENI", "ZADANKY_SAVE"), QStringLiteral("<none>"));
         EXPECT_EQ(Column(Sys, QStringLiteral("SELECT Firma FROM sys_nastaveni")),
                   QStringList{"Ústav klinického výzkumu Lhotka"});
+        EXPECT_EQ(server(), ini);
         EXPECT_TRUE(sys->isVisible());
-    };
-    Field(sys, 0)->setText(QStringLiteral("/tmp/objednavky"));
-    Box(sys, "txtFirma")->setText(QStringLiteral("Jiný ústav"));
-    Box(sys, "txtNewdate")->setText(QStringLiteral("12ab"));   // put there around the key check
-    Click(sys, "cmdOk");
-    EXPECT_EQ(messages.lastText(), QStringLiteral("Do tohoto pole lze zadat pouze číslice."));
-    nothingSaved();
-
-    Box(sys, "txtNewdate")->setText(QStringLiteral("1700000000"));
-    Box(sys, "txtAdresa")->setText(QStringLiteral("Ulice 文"));
-    Click(sys, "cmdOk");
-    EXPECT_EQ(messages.lastText(), QStringLiteral("Pole „Adresa“ obsahuje znak, který nelze uložit ve znakové sadě "
-                                                  "Windows-1250; text nebyl uložen."));
-    nothingSaved();
-
-    Box(sys, "txtAdresa")->setText(QString(200, QLatin1Char('a')));
-    Click(sys, "cmdOk");
-    EXPECT_EQ(messages.lastText(),
-              QStringLiteral("Text v poli „Adresa“ je příliš dlouhý; nebyl uložen ani zkrácen. Zkraťte jej prosím."));
-    nothingSaved();
+    }
 }
 
 TEST(frmSYS, CentresFirstInsertFailsAsItAlwaysHasThenAddSaveDelete)
@@ -388,8 +402,11 @@ TEST(frmSYS, CommandsOpenTheUsersTheListsAndThePageSetup)
             // What the user adds in the list is offered by the combo afterwards.
             Exec(Sys, QStringLiteral("INSERT INTO sys_prikazce (Jmeno) VALUES ('Nový příkazce')"));
         }
-        if (qobject_cast<frmSeznamUz *>(d))
+        if (qobject_cast<frmSeznamUz *>(d)) {
+            d->show();
+            SaveScreen(d, QStringLiteral("frmSeznamUz"));
             Exec(Sys, QStringLiteral("INSERT INTO sys_nastaveniobj (Vyrizuje, Telefon) VALUES ('Nová osoba', '1')"));
+        }
     };
     for (const char *name : {"cmdUsers", "cmdGrant", "cmdPrik", "cmdSprav", "cmdSeznam", "cmdPageSetup"})
         Click(sys, QLatin1String(name));
@@ -407,11 +424,11 @@ TEST(frmSYS, RolesHideTheirFields)
     const struct {
         int role;
         QList<int> shown;
-        bool filter;
+        bool filter, server;
     } roles[] = {
-        {2, {0, 1, 2, 3, 4, 5, 6, 7, 8}, true},
-        {1, {0, 1, 2, 3, 4, 6, 7, 8}, false},
-        {4, {3, 4, 6}, false},
+        {2, {0, 1, 2, 3, 4, 5, 6, 7, 8}, true, true},
+        {1, {0, 1, 2, 3, 4, 6, 7, 8}, false, true},
+        {4, {3, 4, 6}, false, false},
     };
     for (const auto &r : roles) {
         Screen s(r.role);
@@ -421,5 +438,6 @@ TEST(frmSYS, RolesHideTheirFields)
                 shown << i;
         EXPECT_EQ(shown, r.shown) << r.role;
         EXPECT_EQ(Child<QComboBox>(s.sys.get(), "Combo2")->isEnabled(), r.filter) << r.role;
+        EXPECT_EQ(Box(s.sys.get(), "txtServerPort")->isVisibleTo(s.sys.get()), r.server) << r.role;
     }
 }

@@ -4,6 +4,7 @@
 #include "app/frmZast.h"
 #include "app/screens.h"
 #include "app/startup.h"
+#include "core/config.h"
 #include "core/msg.h"
 #include "core/routing.h"
 #include "core/session.h"
@@ -18,6 +19,8 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QTabWidget>
+#include <QTcpServer>
 #include <QTimer>
 #include <QToolBar>
 
@@ -28,13 +31,18 @@ using namespace testenv;
 namespace {
 const QStringList RoleKeys{"SPRAVA GR", "SKLAD", "FIRMY", "TISKY", "OBJEDN", "SPRAVA PR"};
 
-// Fresh demo data; the version check goes to a port where nothing listens.
+// The test server; the version check goes to a port where nothing listens.
+void writeIni()
+{
+    WriteIni(QStringLiteral("[NASTAVENI]\r\nSERVER_IP=127.0.0.1\r\nSERVER_PORT=%1\r\nWEB_SERVER=127.0.0.1:1\r\n")
+                 .arg(ServerPort()));
+}
+
 void freshStart()
 {
     qputenv("FONDARIX_NO_BROWSER", "1");
     FreshDatabases();
-    WriteIni(QStringLiteral("[NASTAVENI]\r\nSERVER_IP=127.0.0.1\r\nSERVER_PORT=%1\r\nWEB_SERVER=127.0.0.1:1\r\n")
-                 .arg(ServerPort()));
+    writeIni();
 }
 
 QAction *action(QWidget &window, const QString &name)
@@ -275,6 +283,7 @@ TEST(MainWindow, OwnCommandsAndTheEnd)
         EXPECT_EQ(about->windowTitle(), "O autoře");
         EXPECT_EQ(about->findChild<QLabel *>("lblCopyright")->text(),
                   "© Copyright " + QString::number(QDate::currentDate().year()) + ". Všechna práva vyhrazena");
+        SaveScreen(about, "frmAbout");
         about->findChild<QPushButton *>("cmdOk")->click();
     });
     action(window, "AUTOR")->trigger();
@@ -290,6 +299,56 @@ TEST(MainWindow, OwnCommandsAndTheEnd)
     EXPECT_TRUE(end.ended);
 }
 
+// The settings as a user reaches them: the menu, the toolbar button and its drop-down item.
+TEST(MainWindow, SettingsOpenFromTheMenuTheToolbarAndItsDropDown)
+{
+    freshStart();
+    LoginAs(2);
+    RegisterScreens();
+    ScriptedMessages messages;
+    frmMDIMain window;
+    QString deadPort;
+    {
+        QTcpServer probe;
+        probe.listen(QHostAddress::LocalHost, 0);
+        deadPort = QString::number(probe.serverPort());
+    }
+    const struct {
+        const char *entry, *field;
+        QString value;
+    } flows[] = {{"mnuSysItem", "txtMesto", "Horní Lhotka"},
+                 {"SPRAVA PR", "txtFields1", "Jan Správce"},
+                 {"mnu112", "txtServerPort", deadPort}};
+    for (const auto &f : flows) {
+        SCOPED_TRACE(f.entry);
+        messages.shown.clear();
+        messages.answers = {AnswerCancel, AnswerOk};
+        bool opened = false;
+        QTimer::singleShot(0, [&] {
+            QWidget *sys = QApplication::activeModalWidget();
+            ASSERT_TRUE(sys && sys->objectName() == "frmSYS");
+            opened = true;
+            Child<QLineEdit>(sys, f.field)->setText(f.value);
+            if (f.entry == flows[0].entry)
+                SaveScreen(sys, "frmSYS-pracoviste");
+            Child<QPushButton>(sys, "cmdOk")->click();
+            // A server that does not answer is asked about: Cancel saves nothing, OK saves.
+            if (sys->isVisible()) {
+                EXPECT_TRUE(messages.lastText().startsWith("Server 127.0.0.1, port " + deadPort + " neodpovídá"));
+                EXPECT_EQ(GetServerPort(), QString::number(ServerPort()));
+                Child<QPushButton>(sys, "cmdOk")->click();
+            }
+        });
+        action(window, f.entry)->trigger();
+        EXPECT_TRUE(opened);
+    }
+    EXPECT_EQ(messages.shown.size(), 2u);   // the question, twice
+    EXPECT_EQ(GetServerPort(), deadPort);
+    EXPECT_EQ(GetSetting("SPRAVCE", "Name"), "Jan Správce");
+    writeIni();
+    EXPECT_EQ(Column("fondarix_sys", "SELECT Mesto FROM sys_nastaveni"), QStringList{"Horní Lhotka"});
+}
+
 TEST(MainWindow, TrayClickBringsTheMinimisedWindowBackOnTop)
 {
     freshStart();
@@ -302,6 +361,16 @@ TEST(MainWindow, TrayClickBringsTheMinimisedWindowBackOnTop)
     EXPECT_FALSE(window.isMinimized());
     EXPECT_TRUE(window.isVisible());
     EXPECT_TRUE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+
+    // Its menu: the first item does nothing, the second ends the program.
+    auto *menu = Child<QMenu>(&window, "Shell Menu");
+    menu->popup(window.geometry().center());
+    SaveScreen(menu, "frmShowMenu");
+    ProcessEndRecorder end;
+    action(*menu, "itm_Show")->trigger();
+    EXPECT_FALSE(end.ended);
+    action(*menu, "itm_quit")->trigger();
+    EXPECT_TRUE(end.ended);
 }
 
 TEST(Startup, SplashShowsVersionAndCopyrightAndClosesItself)
@@ -311,6 +380,7 @@ TEST(Startup, SplashShowsVersionAndCopyrightAndClosesItself)
     const QString year = QString::number(QDate::currentDate().year());
     EXPECT_EQ(Child<QLabel>(&splash, "lblVersion")->text(), "verze " + ProgramVersion());
     EXPECT_EQ(Child<QLabel>(&splash, "lblCopyright")->text(), "© Copyright " + year + ". All rights reserved");
+    SaveScreen(&splash, "frmZast");
     QElapsedTimer clock;
     clock.start();
     EXPECT_EQ(splash.exec(), QDialog::Accepted);
