@@ -28,7 +28,7 @@ TEST(ClipIniValue, TrimsAndCutsAtFirstControlCharacter)
         EXPECT_EQ(ClipIniValue(value), clipped) << value.toStdString();
 }
 
-TEST(ClipIniValue, GettersTrimWhatTheClipLeaves)
+TEST(ProfileFile, GettersClipTrimIgnoreCaseCutToWidthAndDefault)
 {
     FreshDatabases(false);
     WriteIni("[NASTAVENI]\r\nSERVER_PORT=3307 \tkomentář\r\n");
@@ -39,22 +39,15 @@ TEST(ClipIniValue, GettersTrimWhatTheClipLeaves)
     WriteIni("[FORMULAR]\r\nLINKA=123\r\n");
     SaveSetting("FORMULAR", "LINKA", "\t456");
     EXPECT_EQ(GetLinka(), "");
-}
 
-TEST(ProfileFile, SectionsAndKeysWithoutRegardToCaseAndWidthCutsValue)
-{
-    FreshDatabases(false);
+    // Sections and keys without regard to case; the width cuts the value.
     WriteIni("[nastaveni]\r\nserver_ip = 10.20.30.40 \r\n[FORMULAR]\r\nVYRIZUJE=\"Jana Nováková\"\r\n");
     EXPECT_EQ(GetServerIP(), "10.20.30.40");
     EXPECT_EQ(GetVyrizuje(), "Jana Nováková");
     // Width 10: at most nine characters are taken.
     WriteIni("[NASTAVENI]\r\nSERVER_PORT=123456789012\r\n");
     EXPECT_EQ(GetServerPort(), "123456789");
-}
 
-TEST(ProfileFile, MissingFileOrKeyGivesDefaults)
-{
-    FreshDatabases(false);
     QFile::remove(Session().IniPath);
     EXPECT_EQ(GetServerPort(), "3306");
     EXPECT_EQ(GetServerIP(), DefaultServerIP);
@@ -86,7 +79,7 @@ TEST(ProfileFile, WriterKeepsOtherLinesAndAddsSections)
     EXPECT_TRUE(text.contains("[DEFINE POZICE TAB]\r\nUcet MD=5\r\n"));
 }
 
-TEST(SettingsStore, StoreHidesFileForEver)
+TEST(SettingsStore, StoreHidesFileForEverButNotWithANonNumberPosition)
 {
     FreshDatabases(false);
     WriteIni("[FORMULAR]\r\nEMAIL=soubor@ukv.cz\r\nTypFormulara=2\r\n");
@@ -96,11 +89,7 @@ TEST(SettingsStore, StoreHidesFileForEver)
     EXPECT_EQ(GetTypFormulara(), "2");
     SaveFormSetting("NASTAVENI", "UctyNotControl", " 501 , 502 ");
     EXPECT_EQ(GetUctyNotControl(), "501,502");
-}
-
-TEST(SettingsStore, StudioPositionNonNumericInStoreAsksFile)
-{
-    FreshDatabases(false);
+    // A position that is no number in the store asks the file.
     WriteIni("[NASTAVENI]\r\nSTUDIO_FRM_TOP=120.5\r\n");
     SaveSetting("NASTAVENI", "STUDIO_FRM_TOP", "abc");
     EXPECT_DOUBLE_EQ(GetStudioFrmTop(), 120.5);
@@ -108,7 +97,7 @@ TEST(SettingsStore, StudioPositionNonNumericInStoreAsksFile)
     EXPECT_DOUBLE_EQ(GetStudioFrmTop(), 300.25);
 }
 
-TEST(ComputedDefaults, ZadankySaveUsesFileSectionFondarixAndMakesFolder)
+TEST(ComputedDefaults, ZadankySaveFromSectionFondarixAndFoldersWithoutTrailingSeparator)
 {
     FreshDatabases(false);
     // A hand-written ZADANKY_SAVE key in the file is not found: the file is asked under
@@ -121,11 +110,7 @@ TEST(ComputedDefaults, ZadankySaveUsesFileSectionFondarixAndMakesFolder)
     EXPECT_EQ(GetZadankySave(), "/srv/objednavky");
     SaveSetting("NASTAVENI", "ZADANKY_SAVE", "/home/ja/obj");
     EXPECT_EQ(GetZadankySave(), "/home/ja/obj");
-}
-
-TEST(ComputedDefaults, DirExeAndLastDirLoseTrailingSeparator)
-{
-    FreshDatabases(false);
+    // DirExe and LastDir lose their trailing separator.
     EXPECT_FALSE(GetDirExe().endsWith('/'));
     SaveSetting("NASTAVENI", "Dir k EXE", "/opt/fondarix/");
     EXPECT_EQ(GetDirExe(), "/opt/fondarix");
@@ -152,7 +137,7 @@ TEST(DateSetters, BadDateRefusedWithMessage)
     EXPECT_EQ(GetSetting("FORMULAR", "Datum do"), "");
 }
 
-TEST(PrintParams, FirstReadInsertsRowFromFileThenFindsIt)
+TEST(PrintParams, FirstReadInsertsRowFromFileThenFindsItAndAUserWithoutRowIsNotStored)
 {
     FreshDatabases(true);
     LoginAs(2);
@@ -168,16 +153,12 @@ TEST(PrintParams, FirstReadInsertsRowFromFileThenFindsIt)
     QString value = "30";
     EXPECT_EQ(GetSetPrintRows(value), "30");
     EXPECT_EQ(Column(SysDbName, "SELECT param_2 FROM sys_users_print WHERE login='svoboda'"), QStringList{"30"});
-}
 
-TEST(PrintParams, MarginInsertTakesFontSizeKey)
-{
-    FreshDatabases(true);
-    LoginAs(1);
-    QString empty;
     // No row yet: the insert of the margin takes the size's key and default "4".
+    LoginAs(1);
+    WriteIni(QString("[NASTAVENI]\r\nSERVER_IP=127.0.0.1\r\nSERVER_PORT=%1\r\n").arg(ServerPort()));
     EXPECT_EQ(GetSetPrintMargin(empty), "4");
-    EXPECT_EQ(Column(SysDbName, "SELECT param_4 FROM sys_users_print"), QStringList{"4"});
+    EXPECT_EQ(Column(SysDbName, "SELECT param_4 FROM sys_users_print WHERE login='novakova'"), QStringList{"4"});
     // A user without a row is silently not stored.
     Session().UserLogin = "nikdo";
     QString v = "2";

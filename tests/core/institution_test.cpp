@@ -26,7 +26,7 @@ TEST(Institution, NewdateCountsLocalTimeAsUniversal)
               NewdateUcetText(QDateTime(QDate(2024, 7, 1), QTime(12, 0), Qt::LocalTime)));
 }
 
-TEST(Institution, EmptyColumnsAreRepairedOnTheServer)
+TEST(Institution, EmptyColumnsAreRepairedOnTheServerAFilledRowIsLeftAlone)
 {
     FreshDatabases();
     Exec("fondarix_sys", "UPDATE sys_nastaveni SET PSC='', Mesto=NULL, DIC=NULL, `Nazev banky`='', newdate_ucet=''");
@@ -48,16 +48,12 @@ TEST(Institution, EmptyColumnsAreRepairedOnTheServer)
     ASSERT_EQ(row.size(), 1);
     EXPECT_EQ(row[0], "Ústav klinického výzkumu Lhotka|100 00|Lhotka|123 456|[ ]|11111-222/0100|Banka Lhotka-město|"
                       "99999-999/0100|" + s.InstNewdateUcet);
-}
 
-TEST(Institution, FilledRowIsLeftAloneAndNoRowLeavesTheSessionEmpty)
-{
-    FreshDatabases();
+    // A filled row is left alone; no row leaves the session empty.
     Exec("fondarix_sys", "UPDATE sys_nastaveni SET PSC='120 00', newdate_ucet='1700000000'");
-    const QStringList before = institutionRow();
-    DbConnection sys(ConnStrSys());
+    const QStringList filled = institutionRow();
     ASSERT_TRUE(ReadInstitution(sys));
-    EXPECT_EQ(institutionRow(), before);
+    EXPECT_EQ(institutionRow(), filled);
     EXPECT_EQ(Session().InstPSC, "120 00");
     EXPECT_EQ(Session().InstNewdateUcet, "1700000000");
 

@@ -89,17 +89,6 @@ TEST(CheckLogin, UserWithoutCentreRowEndsTheProgramAfterLastLogin)
     EXPECT_EQ(Session().UserTyp, -1);
 }
 
-TEST(CheckLogin, ServerDownIsFatal)
-{
-    FreshDatabases();
-    WriteIni("[NASTAVENI]\r\nSERVER_IP=127.0.0.1\r\nSERVER_PORT=1\r\n");
-    ScriptedMessages messages;
-    ProcessEndRecorder end;
-    EXPECT_EQ(CheckLogin("svoboda", "admin2"), LoginResult::Failed);
-    EXPECT_TRUE(end.ended);
-    EXPECT_EQ(messages.shown.size(), 1u);
-}
-
 TEST(frmLogin, WrongPasswordKeepsTheDialogAndRightOneCloses)
 {
     FreshDatabases();

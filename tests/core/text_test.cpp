@@ -443,8 +443,12 @@ TEST(Pause, WaitsWithEventsRunning)
     Pause(-5);
 }
 
-TEST(Windows, FormOpenByTitleOrName)
+TEST(Windows, FormOpenByTitleOrNameTopMostAndSpecialFolders)
 {
+    EXPECT_EQ(GetSpecialFolderPath(0), Session().WinDir);
+    EXPECT_FALSE(GetSpecialFolderPath(16).isEmpty());
+    EXPECT_EQ(GetSpecialFolderPath(12345), "");
+
     QWidget archive;
     archive.setWindowTitle("Seznam zádanek");
     QWidget studio;
@@ -472,13 +476,6 @@ TEST(Windows, FormOpenByTitleOrName)
     DragWindow(&firms);   // the offscreen platform cannot move windows: nothing happens
 }
 
-TEST(Windows, SpecialFolders)
-{
-    EXPECT_EQ(GetSpecialFolderPath(0), Session().WinDir);
-    EXPECT_FALSE(GetSpecialFolderPath(16).isEmpty());
-    EXPECT_EQ(GetSpecialFolderPath(12345), "");
-}
-
 // --- the HTML viewer -------------------------------------------------------------------------
 
 namespace {
@@ -499,19 +496,14 @@ void closeViewers()
 }
 } // namespace
 
-TEST(ViewHTML, MissingFileOpensNothing)
-{
-    closeViewers();
-    ViewHTML(Session().TempDir + "/nothing-here.htm");
-    ViewHTML(QString());
-    EXPECT_TRUE(viewers().isEmpty());
-}
-
-TEST(ViewHTML, ShowsWindows1250Page)
+TEST(ViewHTML, ShowsWindows1250PageAndNothingForAMissingFile)
 {
     FreshDatabases(true);
     LoginAs(1);
     closeViewers();
+    ViewHTML(Session().TempDir + "/nothing-here.htm");
+    ViewHTML(QString());
+    EXPECT_TRUE(viewers().isEmpty());
     qputenv("FONDARIX_NO_BROWSER", "1");
     const QString path = Session().TempDir + "/List.htm";
     ASSERT_TRUE(WriteFileCp1250(path, "<html><head><title>Přehled čerpání</title></head><body>"
