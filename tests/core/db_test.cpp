@@ -96,19 +96,6 @@ TEST(Connection, ServerDownOrOptionFileWithoutGroupIsFatalWithoutHanging)
     EXPECT_TRUE(end.ended);
 }
 
-TEST(Connection, CreatesDatabasesOfEveryCentreWithDemo)
-{
-    FreshDatabases(true);
-    EXPECT_EQ(Column(SysDbName, "SELECT COUNT(*) FROM sys_users"), QStringList{"6"});
-    const QStringList centres = Column(SysDbName, "SELECT mysql_db FROM sys_db_kvl");
-    ASSERT_FALSE(centres.isEmpty());
-    for (const QString &c : centres)
-        EXPECT_EQ(Column("information_schema", "SELECT COUNT(*) FROM SCHEMATA WHERE SCHEMA_NAME='" + c + "'"),
-                  QStringList{"1"});
-    // Table names without regard to case.
-    EXPECT_EQ(Column(SysDbName, "SELECT COUNT(*) FROM SYS_USERS"), QStringList{"6"});
-}
-
 TEST(Connection, CzechTextRoundTripsAndForeignCharacterIsNamed)
 {
     FreshDatabases(false);

@@ -96,19 +96,3 @@ TEST(MsgBoxPos, AnsweredBoxGivesTheButtonsAnswer)
     pressLater(QMessageBox::No);
     EXPECT_FALSE(Confirmed(MsgBox("Ano, nebo ne?", 36)));
 }
-
-TEST(MessageSink, RecordsAndScriptsAnswersAndInputs)
-{
-    testenv::ScriptedMessages messages;
-    messages.answers = {AnswerCancel};
-    messages.inputs = {QString("Nováková"), std::nullopt};
-    QString title;
-    EXPECT_EQ(MsgBoxPos("Smazat?", MsgQuestionOkCancel, title), AnswerCancel);
-    EXPECT_EQ(MsgBox("Hotovo"), AnswerOk);
-    EXPECT_EQ(InputBox("Zadejte jméno:", "Přidat položku").value_or("?"), "Nováková");
-    EXPECT_FALSE(InputBox("Zadejte jméno:", "Přidat položku").has_value());
-    ASSERT_EQ(messages.shown.size(), 2u);
-    EXPECT_EQ(messages.shown[0].title, AppTitle());
-    EXPECT_EQ(messages.shown[1].style, MsgInformation);
-    EXPECT_EQ(messages.prompts.size(), 2);
-}

@@ -44,14 +44,10 @@ TEST(Firmy, PostcodeMaskAndTheOrderRecord)
     QSqlRecord r;
     for (const QString &column : FirmaColumns())
         r.append(QSqlField(column, QMetaType(QMetaType::QString)));
-    r.setValue("Firma", "Labora # Praha");
-    r.setValue("Pobocka", "Katalog");
-    r.setValue("Adres_1", "Na Pankráci 1");
-    r.setValue("Adres_2", "budova B");
-    r.setValue("PSC", "140 00");
-    r.setValue("Mesto", "Praha 4");
-    r.setValue("Tel", "241 440 100");
-    r.setValue("Fax", "241 440 101");
+    for (const auto &[column, value] : {std::pair{"Firma", "Labora # Praha"}, {"Pobocka", "Katalog"}, {"Adres_1", "Na Pankráci 1"},
+                                        {"Adres_2", "budova B"}, {"PSC", "140 00"}, {"Mesto", "Praha 4"},
+                                        {"Tel", "241 440 100"}, {"Fax", "241 440 101"}})
+        r.setValue(column, QString::fromUtf8(value));
     EXPECT_EQ(ObjednFirmaRecord(r), "Labora  Praha#Katalog#Na Pankráci 1, budova B#140 00#Praha 4#241 440 100#241 440 101");
     r.setValue("Adres_2", QVariant());
     r.setValue("Fax", QVariant());
