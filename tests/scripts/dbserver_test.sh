@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # The private server script: start, a second start that does nothing, a stale pid file
-# after a crash, a stored port that another program took meanwhile, stop that ends only
+# after a crash, a stored port that another server took meanwhile, stop that ends only
 # its own server, status codes. Every start asks for a free port: another server may hold 3307.
 set -u
 here=$(cd "$(dirname "$0")/../.." && pwd)
 dbserver="$here/scripts/dbserver"
 dir=$(mktemp -d)
-holder=""
-trap '"$dbserver" --dir "$dir" stop >/dev/null 2>&1; [ -n "$holder" ] && kill $holder 2>/dev/null; rm -rf "$dir"' EXIT
+other=$(mktemp -d)
+trap 'for d in "$dir" "$other"; do "$dbserver" --dir "$d" stop >/dev/null 2>&1; rm -rf "$d"; done' EXIT
 passed=0; failed=0
 check() { if eval "$2"; then passed=$((passed+1)); else failed=$((failed+1)); echo "FAILED: $1"; fi; }
 start() { "$dbserver" --dir "$dir" --port auto start; }
@@ -29,28 +29,24 @@ start >/dev/null
 check "starts again after a crash, on its port" '"$dbserver" --dir "$dir" status >/dev/null && [ "$(cat "$dir/mariadbd.pid")" != "$pid" ] && [ "$(cat "$dir/port")" = "$port" ]'
 check "same account after restart" 'connects "SELECT 1" >/dev/null'
 
-# Another program takes the stored port while the server is down: auto moves to a free one.
+# Another server takes the stored port while this one is down: auto moves to a free one.
 "$dbserver" --dir "$dir" stop >/dev/null
-python3 -c 'import socket, sys, time
-s = socket.socket(); s.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
-s.bind(("127.0.0.1", int(sys.argv[1]))); s.listen(); time.sleep(300)' "$port" &
-holder=$!
-for _ in $(seq 1 50); do (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null && break; sleep 0.1; done
+"$dbserver" --dir "$other" --port "$port" start >/dev/null
 start >/dev/null
-check "a taken stored port is left for another" '[ "$(cat "$dir/port")" != "$port" ] && grep -q "^port=$(cat "$dir/port")$" "$dir/fondarix.cnf"'
+check "a taken stored port is left to the other server" '[ "$(cat "$dir/port")" != "$port" ] && grep -q "^port=$(cat "$dir/port")$" "$dir/fondarix.cnf"'
 check "account works on the new port" 'connects "SELECT 1" >/dev/null'
-kill $holder 2>/dev/null; holder=""
+"$dbserver" --dir "$other" stop >/dev/null
 
 "$dbserver" --dir "$dir" stop >/dev/null
 check "stops" '! "$dbserver" --dir "$dir" status >/dev/null'
 "$dbserver" --dir "$dir" status >/dev/null; rc=$?
 check "status of a stopped server is 3" '[ $rc -eq 3 ]'
 # A pid file naming another program: stop must leave that program alone.
-sleep 300 & other=$!
-echo "$other" >"$dir/mariadbd.pid"
+sleep 300 & foreign=$!
+echo "$foreign" >"$dir/mariadbd.pid"
 "$dbserver" --dir "$dir" stop >/dev/null
-check "stop leaves a foreign pid alone" 'kill -0 $other 2>/dev/null'
-kill $other 2>/dev/null
+check "stop leaves a foreign pid alone" 'kill -0 $foreign 2>/dev/null'
+kill $foreign 2>/dev/null
 
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]
