@@ -142,7 +142,8 @@ CREATE TABLE PLASTY (
   ZKATALOG VARCHAR(100) NULL
 ) ENGINE=InnoDB;
 
--- The journal of issues from every warehouse of the centre.
+-- The journal of issues from every warehouse of the centre. The keys are whole columns, so
+-- that the issue archive finds a page in the journal's order from the key alone.
 CREATE TABLE CHEM_VYD (
   id INT NOT NULL AUTO_INCREMENT PRIMARY KEY,
   NAM_CHIM VARCHAR(255) NULL,

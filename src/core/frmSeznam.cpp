@@ -20,6 +20,27 @@ const QString &AddTitle()
 }
 } // namespace
 
+ListCommands AddListCommands(QWidget *screen, QBoxLayout *layout, const QString &add, const std::function<void()> &onAdd,
+                             const QString &remove, const std::function<void()> &onRemove, const QString &close,
+                             const std::function<void()> &onClose)
+{
+    const auto named = [screen](const char *name, const QString &caption, const std::function<void()> &action) {
+        auto *b = new QPushButton(caption, screen);
+        b->setObjectName(QLatin1String(name));
+        QObject::connect(b, &QPushButton::clicked, screen, action);
+        return b;
+    };
+    const ListCommands commands{named("cmdAdd", add, onAdd), named("cmdDelete", remove, onRemove),
+                                named("cmdClose", close, onClose)};
+    auto *row = new QHBoxLayout;
+    row->addWidget(commands.cmdAdd);
+    row->addWidget(commands.cmdDelete);
+    row->addStretch();
+    row->addWidget(commands.cmdClose);
+    layout->addLayout(row);
+    return commands;
+}
+
 frmSeznam::frmSeznam(QWidget *parent)
     : QDialog(parent)
 {
@@ -30,26 +51,11 @@ frmSeznam::frmSeznam(QWidget *parent)
     DataGrid1->horizontalHeader()->setStretchLastSection(true);
     DataGrid1->verticalHeader()->hide();
 
-    cmdAdd = new QPushButton(QStringLiteral("F7-&Přidat"), this);
-    cmdAdd->setObjectName(QStringLiteral("cmdAdd"));
-    cmdDelete = new QPushButton(QStringLiteral("F8-&Smazat"), this);
-    cmdDelete->setObjectName(QStringLiteral("cmdDelete"));
-    cmdClose = new QPushButton(QStringLiteral("&Zavřít"), this);
-    cmdClose->setObjectName(QStringLiteral("cmdClose"));
-
-    auto *buttons = new QHBoxLayout;
-    buttons->addWidget(cmdAdd);
-    buttons->addWidget(cmdDelete);
-    buttons->addStretch();
-    buttons->addWidget(cmdClose);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(DataGrid1, 1);
-    layout->addLayout(buttons);
+    m_commands = AddListCommands(this, layout, QStringLiteral("F7-&Přidat"), [this] { Add(); }, QStringLiteral("F8-&Smazat"),
+                                 [this] { Delete(); }, QStringLiteral("&Zavřít"), [this] { close(); });
     resize(460, 380);
-
-    connect(cmdAdd, &QPushButton::clicked, this, &frmSeznam::Add);
-    connect(cmdDelete, &QPushButton::clicked, this, &frmSeznam::Delete);
-    connect(cmdClose, &QPushButton::clicked, this, &QDialog::close);
     connect(DataGrid1, &QTableView::doubleClicked, this, &frmSeznam::Edit);
 }
 
@@ -171,9 +177,9 @@ void frmSeznam::Edit(const QModelIndex &index)
 void frmSeznam::keyPressEvent(QKeyEvent *event)
 {
     switch (event->key()) {
-    case Qt::Key_F7: cmdAdd->click(); return;
-    case Qt::Key_F8: cmdDelete->click(); return;
-    case Qt::Key_Escape: cmdClose->click(); return;
+    case Qt::Key_F7: m_commands.cmdAdd->click(); return;
+    case Qt::Key_F8: m_commands.cmdDelete->click(); return;
+    case Qt::Key_Escape: m_commands.cmdClose->click(); return;
     default: QDialog::keyPressEvent(event);
     }
 }

@@ -9,13 +9,25 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
+class QBoxLayout;
 class QModelIndex;
 class QPushButton;
 class QSqlTableModel;
 class QTableView;
+
+// The commands under the grid of a small list, added to its layout: add and delete at the
+// left, close at the right, named cmdAdd, cmdDelete and cmdClose, each running its action
+// when clicked (frmSeznam, frmKontakty).
+struct ListCommands {
+    QPushButton *cmdAdd = nullptr, *cmdDelete = nullptr, *cmdClose = nullptr;
+};
+ListCommands AddListCommands(QWidget *screen, QBoxLayout *layout, const QString &add, const std::function<void()> &onAdd,
+                             const QString &remove, const std::function<void()> &onRemove, const QString &close,
+                             const std::function<void()> &onClose);
 
 class frmSeznam : public QDialog {
     Q_OBJECT
@@ -53,9 +65,7 @@ private:
     std::optional<QString> ask(const QString &prompt, const QString &title, const QString &value = QString());
 
     QTableView *DataGrid1;
-    QPushButton *cmdAdd;
-    QPushButton *cmdDelete;
-    QPushButton *cmdClose;
+    ListCommands m_commands;
 
     QList<Column> m_columns;
     QString m_deleteQuestion;

@@ -4,7 +4,6 @@
 #include "core/msg.h"
 #include "core/session.h"
 
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
@@ -23,25 +22,13 @@ frmKontakty::frmKontakty(QWidget *parent) : QDialog(parent)
     DataGrid1->verticalHeader()->hide();
     DataGrid1->setSelectionBehavior(QAbstractItemView::SelectRows);
     DataGrid1->setSelectionMode(QAbstractItemView::SingleSelection);
-    cmdAdd = new QPushButton(QStringLiteral("F5-&Přidat"), this);
-    cmdAdd->setObjectName(QStringLiteral("cmdAdd"));
-    cmdDelete = new QPushButton(QStringLiteral("F8-&Smazat"), this);
-    cmdDelete->setObjectName(QStringLiteral("cmdDelete"));
-    cmdClose = new QPushButton(QStringLiteral("&Ok"), this);
-    cmdClose->setObjectName(QStringLiteral("cmdClose"));
-    auto *buttons = new QHBoxLayout;
-    buttons->addWidget(cmdAdd);
-    buttons->addWidget(cmdDelete);
-    buttons->addStretch();
-    buttons->addWidget(cmdClose);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(new QLabel(QStringLiteral("Seznam e-mailovych adres"), this));
     layout->addWidget(DataGrid1, 1);
-    layout->addLayout(buttons);
+    m_commands = AddListCommands(this, layout, QStringLiteral("F5-&Přidat"), [this] { cmdAdd_Click(); },
+                                 QStringLiteral("F8-&Smazat"), [this] { cmdDelete_Click(); }, QStringLiteral("&Ok"),
+                                 [this] { cmdClose_Click(); });
     resize(640, 320);
-    connect(cmdAdd, &QPushButton::clicked, this, &frmKontakty::cmdAdd_Click);
-    connect(cmdDelete, &QPushButton::clicked, this, &frmKontakty::cmdDelete_Click);
-    connect(cmdClose, &QPushButton::clicked, this, &frmKontakty::cmdClose_Click);
 }
 
 bool frmKontakty::Load()
@@ -129,8 +116,8 @@ void frmKontakty::cmdClose_Click()
 void frmKontakty::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_F5)
-        return cmdAdd->click();
+        return m_commands.cmdAdd->click();
     if (event->key() == Qt::Key_F8)
-        return cmdDelete->click();
+        return m_commands.cmdDelete->click();
     QDialog::keyPressEvent(event);
 }

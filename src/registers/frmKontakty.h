@@ -5,9 +5,9 @@
 #include <QDialog>
 #include <QVector>
 
+#include "core/frmSeznam.h"
 #include "registers/kontakty.h"
 
-class QPushButton;
 class QTableWidget;
 
 class frmKontakty : public QDialog {
@@ -28,6 +28,6 @@ private:
     QVector<Kontakt> fromGrid() const;
 
     QTableWidget *DataGrid1;
-    QPushButton *cmdAdd, *cmdDelete, *cmdClose;
+    ListCommands m_commands;
     QVector<Kontakt> m_rows;
 };
