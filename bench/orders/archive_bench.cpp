@@ -15,6 +15,7 @@
 #include <QElapsedTimer>
 #include <QPushButton>
 #include <QSqlRecord>
+#include <QTableView>
 
 #include <cstdio>
 #include <functional>
@@ -77,9 +78,11 @@ int main(int argc, char **argv)
     auto *year = screen.findChild<QComboBox *>(QStringLiteral("Combo5"));
     const double byYear = Ms([&] { Choose(year, QStringLiteral("2025")); });
     const double byStatus = Ms([&] { Choose(status, QStringLiteral("Výřizování")); });
-    Choose(status, QStringLiteral("- Vše -"));
+    // The status alone: the rows of its colour over every year.
     year->setCurrentIndex(-1);
-    screen.FilterObj();
+    const double byStatusAlone = Ms([&] { screen.FilterObj(); });
+    const int statusRows = screen.findChild<QTableView *>(QStringLiteral("MSFlexGrid2"))->model()->rowCount();
+    Choose(status, QStringLiteral("- Vše -"));
     const double paging = Ms([&] { screen.findChild<QPushButton *>(QStringLiteral("cmdDown"))->click(); });
 
     DbConnection sys(ConnStrSys());
@@ -98,8 +101,9 @@ int main(int argc, char **argv)
             WriteObjForm(out, ctx, dir + QStringLiteral("/bench-order.html"), lines[i], bodies[i]);
     });
     std::printf("orders: 100000; reference COUNT(*) %.1f ms\n", reference);
-    std::printf("open %.1f ms, year filter %.1f ms, status filter %.1f ms, page %.1f ms (goal < 300 each)\n", open, byYear,
-                byStatus, paging);
+    std::printf("open %.1f ms, year filter %.1f ms, status filter with the year %.1f ms, page %.1f ms (goal < 300 each)\n",
+                open, byYear, byStatus, paging);
+    std::printf("status filter without a year %.1f ms, %d rows in its one page\n", byStatusAlone, statusRows);
     std::printf("%lld HTML forms %.1f ms (goal < 1000)\n", static_cast<long long>(lines.size()), forms);
     testenv::TearDown();
     return 0;

@@ -24,8 +24,6 @@ using namespace testenv;
 using namespace seed;
 
 namespace {
-void Click(QWidget *s, const char *name) { Child<QPushButton>(s, name)->click(); }
-
 // The first row of the page whose order is of that kind.
 int RowOfKind(QWidget *s, const QString &typ)
 {

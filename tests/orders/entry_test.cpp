@@ -29,9 +29,6 @@ using namespace testenv;
 using namespace seed;
 
 namespace {
-void Click(QWidget *s, const char *name) { Child<QPushButton>(s, name)->click(); }
-QLineEdit *Box(QWidget *s, const char *name) { return Child<QLineEdit>(s, name); }
-
 // Types a text into a box and leaves it.
 void Type(QWidget *s, const char *name, const QString &text)
 {
@@ -39,15 +36,6 @@ void Type(QWidget *s, const char *name, const QString &text)
     e->setText(text);
     e->setModified(true);
     emit e->editingFinished();
-}
-
-void Choose(QWidget *s, const char *combo, const QString &text)
-{
-    auto *c = Child<QComboBox>(s, combo);
-    const int index = c->findText(text);
-    ASSERT_GE(index, 0) << text.toStdString();
-    c->setCurrentIndex(index);
-    emit c->activated(index);
 }
 
 // The order folder of the test: ZADANKY_SAVE in the settings store.
@@ -59,8 +47,7 @@ QString OrderFolder(const QTemporaryDir &dir)
 
 QString FormText(const QString &folder, const QString &number)
 {
-    QFile f(folder + "/" + QString(number).replace('/', '-') + ".html");
-    return f.open(QIODevice::ReadOnly) ? FromCp1250(f.readAll()) : QString();
+    return FromCp1250(ReadFile(folder + "/" + QString(number).replace('/', '-') + ".html"));
 }
 } // namespace
 

@@ -25,6 +25,8 @@
 #include <gtest/gtest.h>
 
 using namespace testenv;
+using seed::ReadFile;
+using seed::RecordLine;
 
 namespace {
 const QString ExpectedDir = QStringLiteral(FONDARIX_SOURCE_DIR "/tests/orders/expected");
@@ -50,18 +52,9 @@ ObjFormContext Context()
     return c;
 }
 
-// A record line from the pieces given by index; the others empty.
-QString Line(const QMap<int, QString> &pieces)
-{
-    QString line;
-    for (int i = 0; i < 41; ++i)
-        line += pieces.value(i) + QLatin1Char('~');
-    return line;
-}
-
 QString Goods()
 {
-    return Line({{0, "0007/22112026"}, {1, "2026-11-22 10:15:00"}, {2, "1201"}, {3, "Lach-Ner, s.r.o."},
+    return RecordLine({{0, "0007/22112026"}, {1, "2026-11-22 10:15:00"}, {2, "1201"}, {3, "Lach-Ner, s.r.o."},
                  {4, "Katalog 2025"}, {5, "Tovární 157"}, {6, "277 11"}, {7, "Neratovice"}, {8, "315 664 111"},
                  {9, "315 664 112"}, {10, "510"}, {14, "1"}, {16, "Dodat do laboratoře 3. patro"},
                  {17, "#VVZ#Dodat do laboratoře"}, {19, "Ethanol 96% p.a., 1 l#245,00#l"}, {20, "2"},
@@ -72,7 +65,7 @@ QString Goods()
 
 QString TextOrder(const char *kind)
 {
-    return Line({{0, "0008/22112026"}, {1, "2026-11-22 11:00:00"}, {2, "1201, 1202"}, {3, "Servis s.r.o."}, {5, "Služeb 4"},
+    return RecordLine({{0, "0008/22112026"}, {1, "2026-11-22 11:00:00"}, {2, "1201, 1202"}, {3, "Servis s.r.o."}, {5, "Služeb 4"},
                  {7, "Praha 10"}, {14, kind}, {15, "F0008/22112026.txt"}, {17, "#GRANTU#"}, {35, "Lenka Procházková"},
                  {36, "267 161 112"}, {37, "2346"}, {39, "3"},
                  {40, "<p class=MsoNormal><o:p>&nbsp;</o:p><BR>Lenka<span>normal'><o:p>&nbsp;</o:p></span><BR></p>"}});
@@ -80,23 +73,17 @@ QString TextOrder(const char *kind)
 
 QString Letter(const char *kind, const char *poc9)
 {
-    QString line = Line({{0, "0009/22112026"}, {1, "2026-11-22 12:00:00"}, {3, "Acme"}, {14, kind}, {19, "Acme Ltd."},
+    QString line = RecordLine({{0, "0009/22112026"}, {1, "2026-11-22 12:00:00"}, {3, "Acme"}, {14, kind}, {19, "Acme Ltd."},
                          {21, "1 High Street#"}, {23, "Oxford OX1 1AA"}, {25, "United Kingdom"}, {27, " "},
                          {35, "Tomáš Černý"}, {36, poc9}, {37, "2345"}});
     return line;
 }
 
-QByteArray ReadAll(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
 // Byte comparison; a difference names the first differing line of both.
 void ExpectSameFile(const QString &actualPath, const QString &expectedName)
 {
-    const QByteArray actual = ReadAll(actualPath);
-    const QByteArray expected = ReadAll(ExpectedDir + QLatin1Char('/') + expectedName);
+    const QByteArray actual = ReadFile(actualPath);
+    const QByteArray expected = ReadFile(ExpectedDir + QLatin1Char('/') + expectedName);
     ASSERT_FALSE(expected.isEmpty()) << "missing expected file " << expectedName.toStdString();
     if (actual == expected)
         return;
@@ -111,7 +98,7 @@ void ExpectSameFile(const QString &actualPath, const QString &expectedName)
 
 QString WrittenLine(const QString &path, const QString &start)
 {
-    for (const QByteArray &l : ReadAll(path).split('\n'))
+    for (const QByteArray &l : ReadFile(path).split('\n'))
         if (FromCp1250(l).trimmed().startsWith(start))
             return FromCp1250(l).trimmed();
     return QString();
@@ -183,7 +170,7 @@ TEST(ObjForms, BankAccountByDateLinesBeforeTheBodyAndThePaymentSource)
         line.replace("~3~<p class", QStringLiteral("~%1~<p class").arg(c.paticka));
         BuildObjLJ out;
         ASSERT_TRUE(BuildFormObj2(out, ctx, path, line, "BODY"));
-        const QString text = FromCp1250(ReadAll(path));
+        const QString text = FromCp1250(ReadFile(path));
         const qsizetype from = text.indexOf("<table border=0 width=100%><tr><td valign=top>");
         EXPECT_EQ(text.mid(from, text.indexOf("BODY") - from).count("<BR>"), c.lines) << c.rows << "/" << c.top << "/" << c.paticka;
     }
@@ -195,7 +182,7 @@ TEST(ObjForms, BankAccountByDateLinesBeforeTheBodyAndThePaymentSource)
         line.replace("#GRANTU#", prikazce);
         BuildObjLJ out;
         ASSERT_TRUE(BuildFormObj2(out, Context(), path, line, "x"));
-        EXPECT_TRUE(FromCp1250(ReadAll(path)).contains(QString::fromUtf8(shown))) << prikazce;
+        EXPECT_TRUE(FromCp1250(ReadFile(path)).contains(QString::fromUtf8(shown))) << prikazce;
     }
 }
 
@@ -211,7 +198,7 @@ TEST(ObjForms, FileNamesBadTextsAndAnUnwritableFolder)
     const QString path = SamplesDir("orders") + "/bad.html";
     BuildObjLJ out;
     ASSERT_TRUE(BuildFormObj2(out, Context(), path, line, QString()));
-    EXPECT_TRUE(ReadAll(path).endsWith("</div></body></html>\r\n"));
+    EXPECT_TRUE(ReadFile(path).endsWith("</div></body></html>\r\n"));
 
     // A folder that cannot be written (a file stands where it should be): refused in Czech.
     QTemporaryDir tmp;
@@ -253,7 +240,7 @@ TEST(ObjForms, FootersPicturesLogoAndTheFormFileOfAnOrder)
     QString error;
     const QString path = WriteObjFormFile(centre, ctx, tmp.path() + "/forms", "0005/22112026", &error);
     EXPECT_EQ(path, tmp.path() + "/forms/0005-22112026.html");
-    EXPECT_TRUE(FromCp1250(ReadAll(path)).contains("Text<br></td>"));
+    EXPECT_TRUE(FromCp1250(ReadFile(path)).contains("Text<br></td>"));
     EXPECT_EQ(WriteObjFormFile(centre, ctx, tmp.path(), "9999/01", &error), "");
     EXPECT_EQ(error, "Objednávka číslo 9999/01 neexistuje.");
 }
@@ -271,12 +258,12 @@ TEST(ObjReports, OrdersOfAGrantAndOfASearchWithSumsWithoutSharedGrants)
     QString error;
     BuildObjLJ out;
     ASSERT_TRUE(TiskGrantTabl(out, centre, granty, path, "1201", "0", &error)) << error.toStdString();
-    QString text = FromCp1250(ReadAll(path));
+    QString text = FromCp1250(ReadFile(path));
     EXPECT_TRUE(text.contains("<em>2 450 000,00 Kč</em>"));
     EXPECT_EQ(text.count("<tr>\r\n<td valign=top>"), 2);
     EXPECT_TRUE(text.contains("Celkem za GRANT, Kč</strong></font></td>\r\n<td align=right><font size=1><strong>1 000,00</strong>"));
     ASSERT_TRUE(BuildCerpani(out, centre, path, "ethanol", "3", &error));
-    text = FromCp1250(ReadAll(path));
+    text = FromCp1250(ReadFile(path));
     EXPECT_TRUE(text.contains("2 Ethanol<")) << "quantity and name of the line";
     EXPECT_TRUE(text.contains("Ethanol absolutní"));
     EXPECT_FALSE(text.contains("0003/01"));

@@ -10,26 +10,19 @@
 #include "core/codepage.h"
 #include "core/config.h"
 #include "core/session.h"
+#include "orders/seed.h"
 #include "support/testenv.h"
 
 #include <QDir>
 #include <QFile>
 
-#include <map>
 
 using pdftest::HaveTool;
 using pdftest::RunTool;
+using seed::ReadFile;
+using seed::RecordLine;
 
 namespace {
-
-// A record line from the pieces given by index (0 to 40), the rest empty.
-QString RecordLine(const std::map<int, QString> &pieces)
-{
-    QStringList fields;
-    for (int i = 0; i <= 40; ++i)
-        fields << (pieces.count(i) ? pieces.at(i) : QString());
-    return fields.join(QLatin1Char('~')) + QLatin1Char('~');
-}
 
 // The demo's orders of each kind as their record lines; kind 4 keeps the
 // telephone and the e-mail in pieces 36 and 37.
@@ -62,12 +55,6 @@ QString EnglishLetter()
 QString ScratchPdf(const QString &name)
 {
     return QDir(Session().TempDir).filePath(name + QStringLiteral(".pdf"));
-}
-
-QByteArray ReadBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // The forms declare "/Count 0", which poppler refuses ("Invalid page count 0");
@@ -204,7 +191,7 @@ TEST_F(ObjPdf, EachGeneratorWritesAPageTheToolsRead)
         const QString path = QDir(testenv::SamplesDir(QStringLiteral("pdf"))).filePath(QLatin1String(c.name) + ".pdf");
         ASSERT_TRUE(ObjPdfForm(path, c.line, c.body, true));
         pdftest::ExpectQpdfAccepts(path.toStdString(), true);
-        EXPECT_TRUE(ReadBytes(path).contains("/Count 0"));
+        EXPECT_TRUE(ReadFile(path).contains("/Count 0"));
         const QString copy = ReadableCopy(path);
         if (copy.isEmpty())
             GTEST_SKIP() << "qpdf or poppler-utils missing";
@@ -227,7 +214,7 @@ TEST_F(ObjPdf, CzechBodyLinesAndDashes)
     };
     const QString path = ScratchPdf(QStringLiteral("one-line"));
     ASSERT_TRUE(ObjPdfCZ(path, CzechLetter(), QStringLiteral("Jediný řádek"), true));
-    QByteArray bytes = ReadBytes(path);
+    QByteArray bytes = ReadFile(path);
     EXPECT_TRUE(bytes.contains(td(3, 19) + ToCp1250(QStringLiteral("(Jediný řádek) Tj"))));
     EXPECT_TRUE(bytes.contains(td(3, 18.5) + "(   -) Tj"));
     EXPECT_EQ(bytes.count("(   -) Tj"), 1);
@@ -237,7 +224,7 @@ TEST_F(ObjPdf, CzechBodyLinesAndDashes)
     for (int i = 0; tail.size() < 120; ++i)
         tail += QStringLiteral("slovo%1 ").arg(i);
     ASSERT_TRUE(ObjPdfCZ(path, CzechLetter(), tail.trimmed(), true));
-    bytes = ReadBytes(path);
+    bytes = ReadFile(path);
     const qsizetype second = bytes.indexOf(td(3, 18.5) + "(slovo");
     ASSERT_GE(second, 0);
     // The first line ends at the blank before the 96th character.
@@ -256,7 +243,7 @@ TEST_F(ObjPdf, AddressLinesAndMeasuredLength)
     const QString path = ScratchPdf(QStringLiteral("address"));
     ASSERT_TRUE(ObjPdfCZ(path, RecordLine({{14, "3"}, {19, "#"}, {21, "##"}, {23, "#"}, {25, ""}, {27, "#"}}),
                          QStringLiteral("Text"), true));
-    const QByteArray bytes = ReadBytes(path);
+    const QByteArray bytes = ReadFile(path);
     for (double y : {24.75, 24.25, 23.75, 23.25, 22.75})   // no address line at all
         EXPECT_FALSE(bytes.contains(QStringLiteral("354.33 %1 Td").arg(y * 72 / 2.54, 0, 'f', 2).toLatin1())) << y;
     const qsizetype stream = bytes.indexOf("stream\r\n", bytes.indexOf("13 0 obj"));
@@ -302,7 +289,7 @@ TEST_F(ObjPdf, BadInputGivesAValidFileOrFalse)
         const QString path = ScratchPdf(QLatin1String(c.name));
         ASSERT_TRUE(ObjPdfForm(path, c.line, c.body, true));
         pdftest::ExpectQpdfAccepts(path.toStdString(), true);
-        const QByteArray bytes = ReadBytes(path);
+        const QByteArray bytes = ReadFile(path);
         EXPECT_EQ(bytes.count("/Type/Page\r"), 1);
         EXPECT_FALSE(bytes.contains("/Name /Img1"));   // a broken logo is left out
     }

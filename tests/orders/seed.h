@@ -6,6 +6,11 @@
 
 #include <QAbstractItemModel>
 #include <QBrush>
+#include <QComboBox>
+#include <QFile>
+#include <QMap>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QList>
 #include <QPair>
 #include <QString>
@@ -42,6 +47,36 @@ inline int Insert(const QList<QPair<QString, QString>> &columns)
 inline QString Row(const QString &columns, const QString &cisObj)
 {
     return testenv::Column(Centre, QStringLiteral("SELECT CONCAT_WS('|', %1) FROM archobj WHERE cis_obj='%2'").arg(columns, cisObj)).value(0);
+}
+
+// A record line from the pieces given by index (0 to 40); the others empty.
+inline QString RecordLine(const QMap<int, QString> &pieces)
+{
+    QString line;
+    for (int i = 0; i <= 40; ++i)
+        line += pieces.value(i) + QLatin1Char('~');
+    return line;
+}
+
+// A file's bytes; empty when it cannot be read.
+inline QByteArray ReadFile(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+// Controls of a screen as a user handles them.
+inline QLineEdit *Box(QWidget *s, const char *name) { return testenv::Child<QLineEdit>(s, name); }
+inline void Click(QWidget *s, const char *name) { testenv::Child<QPushButton>(s, name)->click(); }
+inline bool Enabled(QWidget *s, const char *name) { return testenv::Child<QPushButton>(s, name)->isEnabled(); }
+// Chooses an entry of a combo box as the user does.
+inline void Choose(QWidget *s, const char *combo, const QString &text)
+{
+    auto *c = testenv::Child<QComboBox>(s, combo);
+    const int index = c->findText(text);
+    ASSERT_GE(index, 0) << text.toStdString();
+    c->setCurrentIndex(index);
+    emit c->activated(index);
 }
 
 // The archive's grid: its rows, a cell's text or colour, choosing a row as the cursor does.
