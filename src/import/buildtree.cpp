@@ -4,6 +4,7 @@
 #include "core/msg.h"
 #include "core/text.h"
 #include "grants/amount.h"
+#include "import/bulkinsert.h"
 
 #include <QHash>
 #include <QSet>
@@ -17,24 +18,6 @@ const char *const TextTreeDone =
     "Aktualizace všech skupin účtů proveďte prosím v okně - Čerpání nákladů GRANTu!";
 
 namespace {
-constexpr int RowsPerStatement = 1000;
-
-// One statement for many rows: "INSERT ... VALUES (?,?),(?,?) ..." with a tail such as
-// "ON DUPLICATE KEY UPDATE ...".
-bool InsertRows(DbConnection &conn, const QString &head, int columns, const QVariantList &values,
-                const QString &tail = QString())
-{
-    const QString one = QLatin1Char('(') + QStringList(columns, QStringLiteral("?")).join(QLatin1Char(',')) + QLatin1Char(')');
-    for (qsizetype at = 0; at < values.size(); at += qsizetype(RowsPerStatement) * columns) {
-        const QVariantList part = values.mid(at, qsizetype(RowsPerStatement) * columns);
-        const QString sql = head + QStringLiteral(" VALUES ") + QStringList(int(part.size() / columns), one).join(QLatin1Char(','))
-                            + tail;
-        if (!conn.exec(sql, part))
-            return false;
-    }
-    return true;
-}
-
 // An amount as whole hellers, so that a million movements add up without loss.
 qint64 Hellers(const QString &castka) { return std::llround(AmountValue(castka) * 100); }
 
@@ -63,9 +46,10 @@ private:
         m_result.failure = QStringLiteral("Akce byla přerušena, data zůstala beze změny.");
         return false;
     }
-    bool failed()
+    bool failed() { return failed(m_conn.errorText()); }
+    bool failed(const QString &error)
     {
-        m_result.failure = QStringLiteral("Tvorba stromu účtů se nezdařila, data zůstala beze změny.\n") + m_conn.errorText();
+        m_result.failure = QStringLiteral("Tvorba stromu účtů se nezdařila, data zůstala beze změny.\n") + error;
         MsgBox(m_result.failure, MsgCritical);
         return false;
     }
@@ -102,7 +86,7 @@ bool Builder::addMissing()
     m.setForwardOnly(true);
     if (!m_conn.exec(m, QStringLiteral("SELECT `Grant`, Ucet, NazevUctu, Castka FROM ImportUctyCastky ORDER BY id")))
         return failed();
-    QVariantList rows;
+    BulkInsert rows(m_conn, QStringLiteral("INSERT INTO memImport (UCET, NAZEV, `GRANT`, CASTKA)"), 4);
     while (m.next()) {
         const QString grant = m.value(0).toString(), ucet = m.value(1).toString();
         if (grant.isEmpty() || grant == QLatin1String("0") || ucet.isEmpty() || !Numeric(m.value(3).toString()))
@@ -111,10 +95,11 @@ bool Builder::addMissing()
         if (known.contains(key))
             continue;
         known.insert(key);
-        rows << ucet << QStringLiteral("* ") + m.value(2).toString() << grant << QStringLiteral("0,00");
+        if (!rows.add({ucet, QStringLiteral("* ") + m.value(2).toString(), grant, QStringLiteral("0,00")}))
+            return failed(rows.error());
         ++m_result.added;
     }
-    return InsertRows(m_conn, QStringLiteral("INSERT INTO memImport (UCET, NAZEV, `GRANT`, CASTKA)"), 4, rows) || failed();
+    return rows.flush() || failed(rows.error());
 }
 
 bool Builder::sumAccounts()
@@ -156,7 +141,8 @@ bool Builder::sumAccounts()
     while (a.next())
         accounts.push_back({a.value(0).toInt(), a.value(1).toString(), a.value(2).toString()});
 
-    QVariantList updates;
+    BulkInsert updates(m_conn, QStringLiteral("INSERT INTO memImport (id, CASTKA)"), 2,
+                       QStringLiteral(" ON DUPLICATE KEY UPDATE CASTKA = VALUES(CASTKA)"));
     for (size_t i = 0; i < accounts.size(); ++i) {
         const Account &acc = accounts[i];
         qint64 total = 0;
@@ -173,14 +159,13 @@ bool Builder::sumAccounts()
                 total += r[size_t(hi - v.begin())] - r[size_t(lo - v.begin())];
             }
         }
-        updates << acc.id << FormatAmount(double(total) / 100);
+        if (!updates.add({QString::number(acc.id), FormatAmount(double(total) / 100)}))
+            return failed(updates.error());
         ++m_result.summed;
         if (i % 500 == 0 && !say({acc.grant + QStringLiteral(" - ") + acc.ucet, int(i * 100 / accounts.size()), 100}))
             return false;
     }
-    return InsertRows(m_conn, QStringLiteral("INSERT INTO memImport (id, CASTKA)"), 2, updates,
-                      QStringLiteral(" ON DUPLICATE KEY UPDATE CASTKA = VALUES(CASTKA)"))
-           || failed();
+    return updates.flush() || failed(updates.error());
 }
 
 bool Builder::build()

@@ -7,6 +7,7 @@
 #include "core/text.h"
 #include "grants/amount.h"
 #include "grants/filter.h"
+#include "import/bulkinsert.h"
 #include "import/linereader.h"
 #include "import/pozice.h"
 #include "import/rozdelsoubor.h"
@@ -24,7 +25,6 @@
 
 namespace {
 constexpr int ProgressEvery = 15;     // records between two reports of progress
-constexpr int RowsPerInsert = 1000;   // rows of one INSERT statement
 
 const QString ErrorMark = QStringLiteral("  Error !");
 const QString FindErrorMark = QStringLiteral("   Find error !   ");
@@ -33,6 +33,11 @@ const char *const SettingsSection = "Ver 2.4.1";
 struct Target {
     const char *table;
     QStringList columns;
+    QString insert() const
+    {
+        return QStringLiteral("INSERT INTO ") + QLatin1String(table) + QStringLiteral(" (") + columns.join(QLatin1Char(','))
+               + QLatin1Char(')');
+    }
 };
 const Target &TargetOf(short mode)
 {
@@ -42,72 +47,6 @@ const Target &TargetOf(short mode)
     static const Target rozpocet{"RozpocetFakt", {"Castka", "`Grant`", "NazevUctu", "Ucet", "`Text`"}};
     return mode == ImportUcty ? ucty : mode == ImportPohyby ? pohyby : rozpocet;
 }
-
-// Rows go in as multi-row inserts of one prepared statement; the last, shorter batch
-// has a statement of its own. Rows keep their order, so their ids follow the file.
-class RowInserter {
-public:
-    RowInserter(DbConnection &conn, const Target &target) : m_conn(conn), m_target(target)
-    {
-        m_pending.reserve(RowsPerInsert * target.columns.size());
-    }
-    bool add(std::initializer_list<QString> row)
-    {
-        for (const QString &value : row)
-            m_pending << value;
-        ++m_count;
-        if (m_pending.size() < RowsPerInsert * m_target.columns.size())
-            return true;
-        if (!m_full) {
-            m_full.emplace(m_conn.query());
-            if (!m_full->prepare(statement(RowsPerInsert)))
-                return fail(*m_full);
-        }
-        return run(*m_full);
-    }
-    bool flush()
-    {
-        if (m_pending.isEmpty())
-            return true;
-        QSqlQuery last = m_conn.query();
-        if (!last.prepare(statement(int(m_pending.size() / m_target.columns.size()))))
-            return fail(last);
-        return run(last);
-    }
-    int count() const { return m_count; }
-    QString error() const { return m_error; }
-
-private:
-    QString statement(int rows) const
-    {
-        const QString one = QLatin1Char('(') + QStringList(m_target.columns.size(), QStringLiteral("?")).join(QLatin1Char(','))
-                            + QLatin1Char(')');
-        return QStringLiteral("INSERT INTO ") + QLatin1String(m_target.table) + QStringLiteral(" (")
-               + m_target.columns.join(QLatin1Char(',')) + QStringLiteral(") VALUES ")
-               + QStringList(rows, one).join(QLatin1Char(','));
-    }
-    bool run(QSqlQuery &q)
-    {
-        for (qsizetype i = 0; i < m_pending.size(); ++i)
-            q.bindValue(int(i), m_pending.at(i));
-        if (!q.exec())
-            return fail(q);
-        m_pending.clear();
-        return true;
-    }
-    bool fail(const QSqlQuery &q)
-    {
-        m_error = DbErrorMessage(q.lastError());
-        return false;
-    }
-
-    DbConnection &m_conn;
-    const Target &m_target;
-    QVariantList m_pending;
-    std::optional<QSqlQuery> m_full;
-    int m_count = 0;
-    QString m_error;
-};
 
 // A cost centre or account field as the rows keep it: normalised when it is a number.
 QString NumberOrError(QString field)
@@ -294,7 +233,9 @@ bool SumPoskytnute(DbConnection &conn, const QString &filter)
 namespace {
 class Reader {
 public:
-    Reader(DbConnection &conn, const ImportRequest &rq) : m_conn(conn), m_rq(rq), m_rows(conn, TargetOf(rq.mode)) {}
+    Reader(DbConnection &conn, const ImportRequest &rq) : m_conn(conn), m_rq(rq), m_rows(conn, TargetOf(rq.mode).insert(), int(TargetOf(rq.mode).columns.size()))
+    {
+    }
 
     ImportResult run();
 
@@ -319,7 +260,7 @@ private:
 
     DbConnection &m_conn;
     const ImportRequest &m_rq;
-    RowInserter m_rows;
+    BulkInsert m_rows;
     ImportResult m_result;
     QStringList m_prefixes;
     std::array<short, 10> m_pos{};
