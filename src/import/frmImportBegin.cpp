@@ -100,6 +100,12 @@ void frmImportBegin::Load()
     cmdImportAct->setVisible(!VyberUcet);
     Label3->setVisible(false);
     ProgressBar1->setVisible(false);
+    // Only an administrator corrects the list by hand; the picker only chooses.
+    const bool editable = Session().UserTyp == 2 && !VyberUcet;
+    m_model->setEditable(editable);
+    DataGrid1->setEditTriggers(editable ? QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed
+                                              | QAbstractItemView::AnyKeyPressed
+                                        : QAbstractItemView::NoEditTriggers);
     m_model->refresh();
     // The period of the movements the tree was last built from.
     DbConnection conn(ConnStrGranty());

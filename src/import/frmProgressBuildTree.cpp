@@ -1,11 +1,14 @@
 #include "import/frmProgressBuildTree.h"
 
+#include "core/config.h"
 #include "core/db.h"
 #include "core/msg.h"
 #include "grants/granttables.h"
 #include "grants/screenparts.h"
 #include "import/buildtree.h"
 #include "import/frmErrControl.h"
+#include "import/importscreens.h"
+#include "import/pozice.h"
 #include "import/revize.h"
 
 #include <QApplication>
@@ -120,9 +123,26 @@ void frmProgressBuildTree::runBuild()
     if (r.ok) {
         Picture3->setStyleSheet(QStringLiteral("background:#c8e6c9"));
         MsgBox(QString::fromUtf8(TextTreeDone), MsgInformation, QStringLiteral("Informace"));
+        if (TypAkce == 2)
+            reviseAfterBuild();
     } else if (r.cancelled) {
         MsgBox(r.failure, MsgInformation, QStringLiteral("Informace"));
     }
+}
+
+// After the movements are in, the user may check the export against the account list:
+// the file chosen (the one just imported, as a rule) over the period of the import screen.
+void frmProgressBuildTree::reviseAfterBuild()
+{
+    if (!Confirmed(MsgBox(QString::fromUtf8(TextRevizeQuestion), MsgQuestionOkCancel)))
+        return;
+    const QString file = ChooseExistingImportFile(this, QLatin1String(FilterImportFiles));
+    if (file.isEmpty() || !NactiPozice(file, PoziceMD_DAL))
+        return;
+    RememberImportFolder(file);
+    LineData = file + QLatin1Char('~') + GetDatumOd() + QLatin1Char('~') + GetDatumDo();
+    runRevize();
+    LineData.clear();
 }
 
 void frmProgressBuildTree::CmdOk_Click()

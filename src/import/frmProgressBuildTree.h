@@ -1,6 +1,7 @@
 #pragma once
 // "Build/calculate GRANT": runs the account tree builder (with or without summing the
-// movements first) and, with LineData set, the revision of a movement file.
+// movements first) and, with LineData set, the revision of a movement file; after a build
+// with sums it offers that revision too.
 
 #include <QDialog>
 #include <QString>
@@ -29,6 +30,7 @@ private:
     bool showProgress(const QString &step, int accounts, int movements);
     void runRevize();
     void runBuild();
+    void reviseAfterBuild();
 
     bool m_running = false;
     bool m_cancel = false;

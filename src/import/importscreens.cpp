@@ -61,7 +61,7 @@ int ImportRowsModel::columnCount(const QModelIndex &parent) const { return paren
 
 QVariant ImportRowsModel::data(const QModelIndex &index, int role) const
 {
-    if (role == Qt::DisplayRole)
+    if (role == Qt::DisplayRole || role == Qt::EditRole)
         return text(index.row(), index.column());
     if (role == Qt::TextAlignmentRole && m_columns.value(index.column()).compare(QLatin1String("Castka"), Qt::CaseInsensitive) == 0)
         return int(Qt::AlignRight | Qt::AlignVCenter);
@@ -75,6 +75,29 @@ QVariant ImportRowsModel::headerData(int section, Qt::Orientation orientation, i
     return QAbstractTableModel::headerData(section, orientation, role);
 }
 
+Qt::ItemFlags ImportRowsModel::flags(const QModelIndex &index) const
+{
+    const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    return m_editable ? flags | Qt::ItemIsEditable : flags;
+}
+
+bool ImportRowsModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (!m_editable || role != Qt::EditRole || !index.isValid() || index.row() >= m_rows.size())
+        return false;
+    const QString text = value.toString();
+    if (text == m_rows[index.row()].value(index.column()))
+        return true;
+    DbConnection conn(ConnStrGranty());
+    if (!conn.exec(QStringLiteral("UPDATE ") + m_table + QStringLiteral(" SET `") + m_columns.at(index.column())
+                       + QStringLiteral("` = ? WHERE id = ?"),
+                   {text, m_ids.at(index.row())}))
+        return ShowDbError(conn);
+    m_rows[index.row()][index.column()] = text;
+    emit dataChanged(index, index);
+    return true;
+}
+
 void ImportRowsModel::setCondition(const QString &where, const QVariantList &values)
 {
     m_where = where;
@@ -86,7 +109,7 @@ bool ImportRowsModel::refresh()
     QStringList quoted;
     for (const QString &c : m_columns)
         quoted << QLatin1Char('`') + c + QLatin1Char('`');
-    QString sql = QStringLiteral("SELECT ") + quoted.join(QStringLiteral(", ")) + QStringLiteral(" FROM ") + m_table;
+    QString sql = QStringLiteral("SELECT ") + quoted.join(QStringLiteral(", ")) + QStringLiteral(", id FROM ") + m_table;
     if (!m_where.isEmpty())
         sql += QStringLiteral(" WHERE ") + m_where;
     if (m_sortColumn >= 0) {
@@ -103,15 +126,18 @@ bool ImportRowsModel::refresh()
     QSqlQuery q = conn.query();
     q.setForwardOnly(true);
     QVector<QStringList> rows;
+    QVector<QVariant> ids;
     const bool ok = conn.exec(q, sql, m_values);
     while (ok && q.next()) {
         QStringList row;
         for (int i = 0; i < m_columns.size(); ++i)
             row << q.value(i).toString();
         rows << row;
+        ids << q.value(int(m_columns.size()));
     }
     beginResetModel();
     m_rows.swap(rows);
+    m_ids.swap(ids);
     endResetModel();
     return ok || ShowDbError(conn);
 }

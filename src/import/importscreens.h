@@ -38,6 +38,10 @@ public:
     int columnCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    // Editable cells are stored at once, each by the id of its row.
+    void setEditable(bool editable) { m_editable = editable; }
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
     QString text(int row, int column) const { return m_rows.value(row).value(column); }
     void setCondition(const QString &where, const QVariantList &values);
     // Reads the rows again in the current order; false (and the error shown) on failure.
@@ -55,6 +59,8 @@ private:
     QString m_where;
     QVariantList m_values;
     QVector<QStringList> m_rows;
+    QVector<QVariant> m_ids;
+    bool m_editable = false;
     int m_sortColumn = -1;
     bool m_descending = false;
 };

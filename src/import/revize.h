@@ -26,4 +26,6 @@ RevizeResult KontrolaSouboru(DbConnection &conn, const QString &fileName, const 
 bool UcetNotControl(const QString &account, const QString &notControl);
 
 inline constexpr const char *TitleRevize = "Seznam neevidováných nebo neexistujících účtů: ";
+inline constexpr const char *TextRevizeQuestion =
+    "Přejéte sí provest kontrolu vstupneho souboru na přítomnost chybneho nebo neexistujícího účtu?";
 inline constexpr const char *TitleChybyImportu = "Seznam chyb v import souboru :";

@@ -52,10 +52,12 @@ void WhenModal(const QString &screen, const char *button, const std::function<vo
     QTimer::singleShot(20, *poll);
 }
 
-QWidget *ErrorList()
+// The list shown with that title ("Error info" of an import or of the revision).
+QWidget *ErrorList(const char *title = TitleChybyImportu)
 {
     for (QWidget *w : QApplication::topLevelWidgets())
-        if (w->objectName() == QLatin1String("frmErrControl") && w->isVisible())
+        if (w->objectName() == QLatin1String("frmErrControl") && w->isVisible()
+            && Child<QLabel>(w, "Label1")->text() == QString::fromUtf8(title))
             return w;
     return nullptr;
 }
@@ -100,15 +102,32 @@ TEST_F(ImportScreens, AccountListImportThenPickerOfTheGroupCatalogue)
     // The tree waits for the movements.
     EXPECT_TRUE(messages.saw("Mate prázdný export souboru MD/DAL, importujte soubor funkce :\n      - Export souboru MD/DAL. "));
     EXPECT_EQ(Count("memImport"), 378);
-    EXPECT_EQ(Child<QTableView>(&screen, "DataGrid1")->model()->rowCount(), 378);
+    QTableView *list = Child<QTableView>(&screen, "DataGrid1");
+    EXPECT_EQ(list->model()->rowCount(), 378);
+    // An administrator corrects a name in the grid: stored at once.
+    list->setCurrentIndex(list->model()->index(2, 1));
+    QTest::keyClick(list, Qt::Key_F2);
+    QLineEdit *editor = list->findChild<QLineEdit *>();
+    ASSERT_NE(editor, nullptr);
+    editor->selectAll();
+    QTest::keyClicks(editor, "  Opraveno 'x'");
+    QTest::keyClick(editor, Qt::Key_Return);
+    QApplication::processEvents();   // the delegate commits on the next turn
+    EXPECT_EQ(Rows("SELECT NAZEV FROM memImport ORDER BY id").value(2), "  Opraveno 'x'");
     SaveScreen(&screen, "frmImportBegin");
+    LoginAs(1);
+    frmImportBegin readOnly;
+    readOnly.Load();
+    EXPECT_FALSE(Child<QTableView>(&readOnly, "DataGrid1")->model()->flags(list->model()->index(2, 1)) & Qt::ItemIsEditable);
 
+    LoginAs(2);
     frmImportBegin picker;
     picker.VyberUcet = true;
     picker.Load();
     picker.show();
     EXPECT_FALSE(Child<QPushButton>(&picker, "cmdOpenFile")->isVisible());
     QTableView *grid = Child<QTableView>(&picker, "DataGrid1");
+    EXPECT_EQ(grid->editTriggers(), QAbstractItemView::NoEditTriggers);
     grid->selectRow(1);
     Click(&picker, "cmdVyber");
     EXPECT_EQ(picker.selectedAccounts(), QStringList{Rows("SELECT UCET FROM memImport ORDER BY id").value(1)});
@@ -135,8 +154,12 @@ TEST_F(ImportScreens, MovementsOfBothSidesFromTheDemoExport)
     Click(&md, "cmdOpenFile");
     EXPECT_TRUE(messages.saw("Přejete si zahájit import?"));
     WhenModal("frmProgressBuildTree", "CmdOk");
+    // Done, tree done, and no revision after the build.
+    messages.answers = {AnswerOk, AnswerOk, AnswerCancel};
     Click(&md, "cmdImportAct");
     EXPECT_TRUE(messages.saw("Akce byla úspěšně ukončena."));
+    EXPECT_EQ(messages.lastText(), QString::fromUtf8(TextRevizeQuestion));
+    EXPECT_EQ(ErrorList(TitleRevize), nullptr);
     const int mdRows = Count("ImportUctyCastky");
     EXPECT_GT(mdRows, 1000);
     EXPECT_EQ(Rows("SELECT COUNT(*) FROM ImportUctyCastky WHERE Datum NOT LIKE '%.01.2025'").value(0), "0");
@@ -152,15 +175,19 @@ TEST_F(ImportScreens, MovementsOfBothSidesFromTheDemoExport)
     frmImportPohyb dal;
     dal.TypImportu = "Dal";
     dal.Load();
-    Child<QLineEdit>(&dal, "datDatumOd")->setText("01.01.2025");
-    Child<QLineEdit>(&dal, "datDatumDo")->setText("31.01.2025");
+    for (const auto &[box, date] : {std::pair{"datDatumOd", "01.01.2025"}, {"datDatumDo", "31.01.2025"}}) {
+        Child<QLineEdit>(&dal, box)->setText(date);
+        emit Child<QLineEdit>(&dal, box)->editingFinished();   // the period is kept on leaving the box
+    }
     const QStringList mdSide = Rows("SELECT id, Castka FROM ImportUctyCastky WHERE `MD/DAL` = 'MD' ORDER BY id");
     messages.answers = {AnswerYes, AnswerYes, AnswerOk};
     Click(&dal, "cmdOpenFile");
     EXPECT_TRUE(messages.saw("Soubor  pohyby.txt  je už jedno importován. Přejete si pokračovat?"));
     EXPECT_TRUE(messages.saw("Přejete si vymazat řádky částek - Dal v terminu od 01.01.2025 do 31.01.2025?"));
     WhenModal("frmProgressBuildTree", "CmdOk");
-    Click(&dal, "cmdImportAct");
+    Click(&dal, "cmdImportAct");   // the revision after the build is wanted this time (OK)
+    ASSERT_NE(ErrorList(TitleRevize), nullptr);
+    EXPECT_GT(Child<QListWidget>(ErrorList(TitleRevize), "List1")->count(), 0);
     EXPECT_EQ(Rows("SELECT id, Castka FROM ImportUctyCastky WHERE `MD/DAL` = 'MD' AND id <= " + mdSide.last().section('|', 0, 0)
                    + " ORDER BY id"),
               mdSide);
@@ -194,7 +221,7 @@ TEST_F(ImportScreens, RevisionListsAndPrintsTheUnknownAccounts)
     ScriptedMessages messages;
     WhenModal("frmProgressBuildTree", "CmdOk", [](QWidget *w) { EXPECT_EQ(w->windowTitle(), "Error counts control"); });
     Click(&screen, "cmdControl");
-    QWidget *errors = ErrorList();
+    QWidget *errors = ErrorList(TitleRevize);
     ASSERT_NE(errors, nullptr);
     const QListWidget *list = Child<QListWidget>(errors, "List1");
     ASSERT_GT(list->count(), 10);
