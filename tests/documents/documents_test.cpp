@@ -11,7 +11,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QHeaderView>
 #include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
@@ -100,19 +99,17 @@ TEST(Zip, ArchiveHoldsTheFileDeflatedAtItsRootAndBadArchivesAreRefused)
 {
     QTemporaryDir dir;
     const QByteArray content = RandomBytes(200000) + QByteArray(300000, 'a');
-    const QString source = dir.filePath(QStringLiteral("Zpráva O'Neill.pdf"));
-    WriteAll(source, "první verze");
-    QString error;
     // The name gets ".zip" unless it ends in it already, in any letter case.
-    using Names = std::initializer_list<std::pair<const char *, const char *>>;
-    for (const auto &[given, made] : Names{{"arch.ZIP", "arch.ZIP"}, {"arch", "arch.zip"}}) {
-        ASSERT_TRUE(ZipFile(source, dir.filePath(QLatin1String(given)), &error)) << error.toStdString();
-        EXPECT_TRUE(QFileInfo::exists(dir.filePath(QLatin1String(made)))) << made;
-    }
+    EXPECT_EQ(ZipName(QStringLiteral("arch")), QStringLiteral("arch.zip"));
+    EXPECT_EQ(ZipName(QStringLiteral("arch.ZIP")), QStringLiteral("arch.ZIP"));
     // A second pack of the same name replaces the archive rather than adding to it.
-    WriteAll(source, content);
+    const QString source = dir.filePath(QStringLiteral("Zpráva O'Neill.pdf"));
     const QString zip = dir.filePath(QStringLiteral("arch.zip"));
-    ASSERT_TRUE(ZipFile(source, zip, &error));
+    QString error;
+    for (const QByteArray &bytes : {QByteArray("první verze"), content}) {
+        WriteAll(source, bytes);
+        ASSERT_TRUE(ZipFile(source, dir.filePath(QStringLiteral("arch")), &error)) << error.toStdString();
+    }
     EXPECT_EQ(Unzip({QStringLiteral("-t"), zip}).first, 0);
     EXPECT_EQ(Unzip({QStringLiteral("-Z1"), zip}).second.trimmed(), QStringLiteral("Zpráva O'Neill.pdf"));
     EXPECT_TRUE(Unzip({QStringLiteral("-v"), zip}).second.contains(QStringLiteral("Defl:"))) << "deflate method";
