@@ -53,6 +53,7 @@ private:
         MsgBox(m_result.failure, MsgCritical);
         return false;
     }
+    bool readMovements();
     bool addMissing();
     bool sumAccounts();
     bool build();
@@ -61,6 +62,14 @@ private:
     DbConnection &m_conn;
     const TreeProgressFn &m_progress;
     TreeResult m_result;
+    // The movements with a numeric amount, per upper-cased grant and account: their total
+    // and the id of the first.
+    struct Group {
+        QString grant, ucet;
+        qint64 hellers = 0;
+        int firstId = 0;
+    };
+    QHash<QString, Group> m_groups;
 };
 
 int Count(DbConnection &conn, const char *table)
@@ -71,10 +80,53 @@ int Count(DbConnection &conn, const char *table)
     return q.value(0).toInt();
 }
 
-bool Builder::addMissing()
+// Movements whose amount, side and keys are in the form the import writes them ("  1 234,50",
+// "MD"/"DAL", printable ASCII) are added up by the server, per account of a grant; the rest
+// come one by one and go through the same tests as on the client. Either way each amount
+// counts as whole hellers, so the totals are those of a walk over every row.
+const char *const PlainMovement =
+    "(Castka REGEXP '^ *-?[0-9]{1,3}( [0-9]{3}){0,3},[0-9]{2}$' AND `MD/DAL` IN (BINARY 'MD', BINARY 'DAL') "
+    "AND `Grant` REGEXP '^[ -~]*$' AND Ucet REGEXP '^[ -~]*$')";
+
+bool Builder::readMovements()
 {
     if (!say({QStringLiteral("Doplnění účtů z pohybů"), 0, 0}))
         return false;
+    auto add = [this](const QString &grant, const QString &ucet, qint64 hellers, int id) {
+        Group &g = m_groups[grant + QLatin1Char('~') + ucet];
+        if (g.firstId == 0 || id < g.firstId)
+            g.firstId = id;
+        g.grant = grant;
+        g.ucet = ucet;
+        g.hellers += hellers;
+    };
+    QSqlQuery sums = m_conn.query();
+    sums.setForwardOnly(true);
+    if (!m_conn.exec(sums, QStringLiteral("SELECT MIN(id), UPPER(`Grant`), UPPER(Ucet), SUM(IF(`MD/DAL` = BINARY 'DAL', -1, 1) "
+                                          "* CAST(REPLACE(REPLACE(Castka, ' ', ''), ',', '') AS SIGNED)) "
+                                          "FROM ImportUctyCastky WHERE %1 GROUP BY BINARY UPPER(`Grant`), BINARY UPPER(Ucet)")
+                                   .arg(QLatin1String(PlainMovement))))
+        return failed();
+    while (sums.next())
+        add(sums.value(1).toString(), sums.value(2).toString(), sums.value(3).toLongLong(), sums.value(0).toInt());
+    QSqlQuery rest = m_conn.query();
+    rest.setForwardOnly(true);
+    if (!m_conn.exec(rest, QStringLiteral("SELECT id, `Grant`, Ucet, Castka, `MD/DAL` FROM ImportUctyCastky WHERE %1 IS NOT TRUE")
+                               .arg(QLatin1String(PlainMovement))))
+        return failed();
+    while (rest.next()) {
+        const QString castka = rest.value(3).toString();
+        if (!Numeric(castka))
+            continue;
+        const qint64 h = Hellers(castka);
+        const bool dal = rest.value(4).toString().trimmed().compare(QLatin1String("DAL"), Qt::CaseInsensitive) == 0;
+        add(rest.value(1).toString().toUpper(), rest.value(2).toString().toUpper(), dal ? -h : h, rest.value(0).toInt());
+    }
+    return true;
+}
+
+bool Builder::addMissing()
+{
     QSqlQuery q = m_conn.query();
     q.setForwardOnly(true);
     if (!m_conn.exec(q, QStringLiteral("SELECT `GRANT`, UCET FROM memImport")))
@@ -82,44 +134,43 @@ bool Builder::addMissing()
     QSet<QString> known;
     while (q.next())
         known.insert(q.value(0).toString().toUpper() + QLatin1Char('~') + q.value(1).toString().toUpper());
-    QSqlQuery m = m_conn.query();
-    m.setForwardOnly(true);
-    if (!m_conn.exec(m, QStringLiteral("SELECT `Grant`, Ucet, NazevUctu, Castka FROM ImportUctyCastky ORDER BY id")))
-        return failed();
+    // An account of the movements that the list lacks, with the name of its first booking.
+    std::vector<int> first;
+    for (const Group &g : std::as_const(m_groups))
+        if (!g.grant.isEmpty() && g.grant != QLatin1String("0") && !g.ucet.isEmpty()
+            && !known.contains(g.grant + QLatin1Char('~') + g.ucet))
+            first.push_back(g.firstId);
+    std::sort(first.begin(), first.end());
     BulkInsert rows(m_conn, QStringLiteral("INSERT INTO memImport (UCET, NAZEV, `GRANT`, CASTKA)"), 4);
-    while (m.next()) {
-        const QString grant = m.value(0).toString(), ucet = m.value(1).toString();
-        if (grant.isEmpty() || grant == QLatin1String("0") || ucet.isEmpty() || !Numeric(m.value(3).toString()))
-            continue;
-        const QString key = grant.toUpper() + QLatin1Char('~') + ucet.toUpper();
-        if (known.contains(key))
-            continue;
-        known.insert(key);
-        if (!rows.add({ucet, QStringLiteral("* ") + m.value(2).toString(), grant, QStringLiteral("0,00")}))
-            return failed(rows.error());
-        ++m_result.added;
+    for (size_t at = 0; at < first.size(); at += 500) {
+        QVariantList ids;
+        for (size_t i = at; i < std::min(first.size(), at + 500); ++i)
+            ids << first[i];
+        QSqlQuery m = m_conn.query();
+        m.setForwardOnly(true);
+        if (!m_conn.exec(m, QStringLiteral("SELECT Ucet, NazevUctu, `Grant` FROM ImportUctyCastky WHERE id IN (")
+                                + QStringList(int(ids.size()), QStringLiteral("?")).join(QLatin1Char(','))
+                                + QStringLiteral(") ORDER BY id"),
+                         ids))
+            return failed();
+        while (m.next()) {
+            if (!rows.add({m.value(0).toString(), QStringLiteral("* ") + m.value(1).toString(), m.value(2).toString(),
+                           QStringLiteral("0,00")}))
+                return failed(rows.error());
+            ++m_result.added;
+        }
     }
     return rows.flush() || failed(rows.error());
 }
 
 bool Builder::sumAccounts()
 {
-    // The movements of each grant, sorted by account: an account's total is then the
-    // sum over the run of accounts that begin with it.
-    QSqlQuery m = m_conn.query();
-    m.setForwardOnly(true);
-    if (!m_conn.exec(m, QStringLiteral("SELECT `Grant`, Ucet, Castka, `MD/DAL` FROM ImportUctyCastky")))
-        return failed();
+    // The accounts of each grant, sorted: an account's total is then the sum over the run
+    // of accounts that begin with it.
     QHash<QString, std::vector<Movement>> byGrant;
-    while (m.next()) {
-        const QString castka = m.value(2).toString();
-        if (!Numeric(castka))
-            continue;
-        const qint64 h = Hellers(castka);
-        const bool dal = m.value(3).toString().trimmed().compare(QLatin1String("DAL"), Qt::CaseInsensitive) == 0;
-        byGrant[m.value(0).toString().toUpper()].push_back({m.value(1).toString().toUpper(), dal ? -h : h});
-    }
-    QHash<QString, std::vector<qint64>> running;   // running sums beside the sorted movements
+    for (const Group &g : std::as_const(m_groups))
+        byGrant[g.grant].push_back({g.ucet, g.hellers});
+    QHash<QString, std::vector<qint64>> running;   // running sums beside the sorted accounts
     for (auto it = byGrant.begin(); it != byGrant.end(); ++it) {
         std::vector<Movement> &v = it.value();
         std::sort(v.begin(), v.end(), [](const Movement &a, const Movement &b) { return a.ucet < b.ucet; });
@@ -226,7 +277,7 @@ TreeResult Builder::run(bool sum)
         return m_result;
     }
     Transaction tx(m_conn);
-    if (!tx.active() || (sum && (!addMissing() || !sumAccounts())) || !build() || !firstCastka3())
+    if (!tx.active() || (sum && (!readMovements() || !addMissing() || !sumAccounts())) || !build() || !firstCastka3())
         return m_result;
     if (!tx.commit()) {
         failed();
