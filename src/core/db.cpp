@@ -249,6 +249,10 @@ QString DbErrorMessage(const QSqlError &error, const FieldCaptions &captions)
     if (code == QLatin1String("1406"))
         return QStringLiteral("Text v poli %1 je příliš dlouhý; nebyl uložen ani zkrácen. Zkraťte jej prosím.")
             .arg(field);
+    // 2006, 2013: the server has gone or dropped the connection; 1927: the connection was ended
+    // on the server. What the statement had begun is rolled back by the server.
+    if (code == QLatin1String("2006") || code == QLatin1String("2013") || code == QLatin1String("1927"))
+        return QStringLiteral("Spojení s databázovým serverem bylo přerušeno; rozpracovaná změna nebyla uložena.");
     const QString t = error.text().trimmed();
     return QStringLiteral("Chyba databáze: %1").arg(t.isEmpty() ? QStringLiteral("neznámá") : t);
 }

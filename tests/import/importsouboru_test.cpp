@@ -128,6 +128,17 @@ TEST_F(Import, MovementsBothSidesOneSideErrorsAndPeriodReplacement)
     Exec("fondarix_granty", "DELETE FROM ImportUctyCastky");
     ASSERT_TRUE(Importuj(ImportPohyby, file).ok);
     EXPECT_EQ(Rows("SELECT Castka FROM ImportUctyCastky WHERE Doklad = '  FA2'"), QStringList{"  300,00"});
+
+    // Amounts out of the ordinary inside a file: a float beyond any money, and a negative zero.
+    Exec("fondarix_granty", "DELETE FROM ImportUctyCastky");
+    r = Importuj(ImportPohyby, WriteExport("castky.txt", MovementHeadLine,
+                                           {"05.01.2025\tFA8\tVelká\t1e308\t501100\t\t1201\t\tM\t",
+                                            "05.01.2025\tFA9\tNula\t-0,00\t501100\t\t1201\t\tM\t"}),
+                 "MD");
+    ASSERT_TRUE(r.ok);
+    EXPECT_EQ(Rows("SELECT Doklad, Castka FROM ImportUctyCastky ORDER BY id"),
+              (QStringList{"  FA8|   Find error !   ", "  FA9|  0,00"}));
+    EXPECT_EQ(r.errors.size(), 1);
 }
 
 TEST_F(Import, ARunThatFailsOrIsCancelledLeavesTheTableAsItWas)
@@ -158,6 +169,25 @@ TEST_F(Import, ARunThatFailsOrIsCancelledLeavesTheTableAsItWas)
     r = ImportSouboru(conn, rq);
     EXPECT_FALSE(r.ok);
     EXPECT_TRUE(r.failure.startsWith("Import se nezdařil, data zůstala beze změny."));
+    EXPECT_EQ(Rows("SELECT * FROM ImportUctyCastky"), before);
+
+    // The server drops the connection half-way, as when it goes away: said in Czech, nothing stored.
+    rq.fileName = file;
+    QSqlQuery id = conn.query();
+    ASSERT_TRUE(conn.exec(id, "SELECT CONNECTION_ID()") && id.next());
+    bool dropped = false;
+    rq.progress = [&](const ImportProgress &p) {
+        if (p.percent > 50 && !dropped) {
+            Exec("fondarix_granty", "KILL CONNECTION " + id.value(0).toString());
+            dropped = true;
+        }
+        return true;
+    };
+    r = ImportSouboru(conn, rq);
+    EXPECT_TRUE(dropped);
+    EXPECT_FALSE(r.ok);
+    EXPECT_EQ(r.failure, "Import se nezdařil, data zůstala beze změny.\nSpojení s databázovým serverem bylo přerušeno; "
+                         "rozpracovaná změna nebyla uložena.");
     EXPECT_EQ(Rows("SELECT * FROM ImportUctyCastky"), before);
 }
 
