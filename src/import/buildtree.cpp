@@ -80,14 +80,6 @@ int Count(DbConnection &conn, const char *table)
     return q.value(0).toInt();
 }
 
-// Movements whose amount, side and keys are in the form the import writes them ("  1 234,50",
-// "MD"/"DAL", printable ASCII) are added up by the server, per account of a grant; the rest
-// come one by one and go through the same tests as on the client. Either way each amount
-// counts as whole hellers, so the totals are those of a walk over every row.
-const char *const PlainMovement =
-    "(Castka REGEXP '^ *-?[0-9]{1,3}( [0-9]{3}){0,3},[0-9]{2}$' AND `MD/DAL` IN (BINARY 'MD', BINARY 'DAL') "
-    "AND `Grant` REGEXP '^[ -~]*$' AND Ucet REGEXP '^[ -~]*$')";
-
 bool Builder::readMovements()
 {
     if (!say({QStringLiteral("Doplnění účtů z pohybů"), 0, 0}))
@@ -100,27 +92,18 @@ bool Builder::readMovements()
         g.ucet = ucet;
         g.hellers += hellers;
     };
-    QSqlQuery sums = m_conn.query();
-    sums.setForwardOnly(true);
-    if (!m_conn.exec(sums, QStringLiteral("SELECT MIN(id), UPPER(`Grant`), UPPER(Ucet), SUM(IF(`MD/DAL` = BINARY 'DAL', -1, 1) "
-                                          "* CAST(REPLACE(REPLACE(Castka, ' ', ''), ',', '') AS SIGNED)) "
-                                          "FROM ImportUctyCastky WHERE %1 GROUP BY BINARY UPPER(`Grant`), BINARY UPPER(Ucet)")
-                                   .arg(QLatin1String(PlainMovement))))
+    // One pass over the movements (no names: those of the few missing accounts are read after).
+    QSqlQuery m = m_conn.query();
+    m.setForwardOnly(true);
+    if (!m_conn.exec(m, QStringLiteral("SELECT id, `Grant`, Ucet, Castka, `MD/DAL` FROM ImportUctyCastky")))
         return failed();
-    while (sums.next())
-        add(sums.value(1).toString(), sums.value(2).toString(), sums.value(3).toLongLong(), sums.value(0).toInt());
-    QSqlQuery rest = m_conn.query();
-    rest.setForwardOnly(true);
-    if (!m_conn.exec(rest, QStringLiteral("SELECT id, `Grant`, Ucet, Castka, `MD/DAL` FROM ImportUctyCastky WHERE %1 IS NOT TRUE")
-                               .arg(QLatin1String(PlainMovement))))
-        return failed();
-    while (rest.next()) {
-        const QString castka = rest.value(3).toString();
+    while (m.next()) {
+        const QString castka = m.value(3).toString();
         if (!Numeric(castka))
             continue;
         const qint64 h = Hellers(castka);
-        const bool dal = rest.value(4).toString().trimmed().compare(QLatin1String("DAL"), Qt::CaseInsensitive) == 0;
-        add(rest.value(1).toString().toUpper(), rest.value(2).toString().toUpper(), dal ? -h : h, rest.value(0).toInt());
+        const bool dal = m.value(4).toString().trimmed().compare(QLatin1String("DAL"), Qt::CaseInsensitive) == 0;
+        add(m.value(1).toString().toUpper(), m.value(2).toString().toUpper(), dal ? -h : h, m.value(0).toInt());
     }
     return true;
 }
