@@ -200,12 +200,11 @@ TEST_F(Import, BadFilesGiveAMessageOrNothingAndNeverAHalfImport)
         QByteArray content;
         int stored;
     };
+    // Line ends and NUL bytes are the splitter's (its own test); here what reaches the table.
     const Case cases[] = {
         {"empty", QByteArray(), 0},
         {"head only", head + "\r\n", 0},
         {"binary", BinaryBytes(20000), 0},
-        {"lf only", head + "\n" + row + "\n" + row + "\n", 2},
-        {"cr only", head + "\r" + row + "\r" + row + "\r", 2},
         {"nul bytes", head + "\r\n" + QByteArray(row).insert(14, '\0') + "\r\n", 1},
         {"long line", head + "\r\n" + row + QByteArray(1000000, 'x') + "\r\n" + row + "\r\n", 2},
         {"short rows", head + "\r\n05.01.2025\tFA1\r\n501100\r\n", 0},
