@@ -543,8 +543,8 @@ void frmArchObj::FillPage(int page)
             sum5 += AmountOf(GetField(row.castka, 0));
             sum6 += AmountOf(GetField(row.castka, 1));
         }
-    Label20->setText(FormatAmountText(QString::number(sum5, 'f', 2)));
-    Label21->setText(FormatAmountText(QString::number(sum6, 'f', 2)));
+    Label20->setText(FormatAmount(QString::number(sum5, 'f', 2)));
+    Label21->setText(FormatAmount(QString::number(sum6, 'f', 2)));
     txtPage->setText(QString::number(m_page));
     txtPages->setText(QString::number(m_pages));
     const int rows = statusList ? int(m_rows.size()) : m_total;
@@ -730,8 +730,8 @@ bool frmArchObj::afterWrite(DbConnection &conn, ObjWrite result)
 
 void frmArchObj::amountLeft()
 {
-    txtCastka->setText(FormatAmountText(txtCastka->text()));
-    txtZauct->setText(FormatAmountText(txtZauct->text()));
+    txtCastka->setText(FormatAmount(txtCastka->text()));
+    txtZauct->setText(FormatAmount(txtZauct->text()));
     txtData[8]->setText(txtCastka->text() + QLatin1Char('#') + txtZauct->text() + QLatin1Char('#') + txtPrijemce->text());
     SaveByRole();
 }

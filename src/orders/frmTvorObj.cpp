@@ -236,7 +236,7 @@ frmTvorObj::frmTvorObj(QWidget *parent) : QDialog(parent)
         if (!txtCena->isModified())
             return;
         txtCena->setModified(false);
-        txtCena->setText(FormatAmountText(txtCena->text()));
+        txtCena->setText(FormatAmount(txtCena->text()));
         save();
     });
     connect(datDatum, &QLineEdit::editingFinished, this, &frmTvorObj::dateLeft);

@@ -40,13 +40,6 @@ double AmountOf(const QString &piece)
     return ScanNumber(QString(piece).replace(QLatin1Char(','), QLatin1Char('.')));
 }
 
-QString FormatAmountText(const QString &typed)
-{
-    QString value = typed;
-    short width = 0;
-    return FormatCastka(value, width).trimmed();
-}
-
 QString ObjDateText(const QString &datObj)
 {
     const QDate d = QDate::fromString(datObj.left(10), Qt::ISODate);

@@ -32,8 +32,6 @@ QString ObjRecordLine(const QSqlRecord &row);
 
 // The number in an amount piece: "," read as ".", blanks inside skipped; empty is 0.
 double AmountOf(const QString &piece);
-// A typed amount through the amount formatter, unpadded ("1 250,00").
-QString FormatAmountText(const QString &typed);
 // Dat_obj ("yyyy-mm-dd hh:mm:ss") as a date on screens and forms, "dd.mm.yyyy".
 QString ObjDateText(const QString &datObj);
 // The user's font size for a form or report: "0" or empty is 1.

@@ -64,8 +64,8 @@ bool writeOrders(BuildObjLJ &out, QSqlQuery &q, const QString &path, const QStri
         out.Line(QStringLiteral("</tr>"));
     }
     out.Line(QStringLiteral("<tr><td colspan=6 align=right><font size=%1><strong>%2</strong></font></td>").arg(font, sumCaption));
-    out.Line(QStringLiteral("<td align=right><font size=%1><strong>%2</strong></font></td>").arg(font, FormatAmountText(QString::number(actual, 'f', 2))));
-    out.Line(QStringLiteral("<td align=right><font size=%1><strong>%2</strong></font></td></tr>").arg(font, FormatAmountText(QString::number(booked, 'f', 2))));
+    out.Line(QStringLiteral("<td align=right><font size=%1><strong>%2</strong></font></td>").arg(font, FormatAmount(QString::number(actual, 'f', 2))));
+    out.Line(QStringLiteral("<td align=right><font size=%1><strong>%2</strong></font></td></tr>").arg(font, FormatAmount(QString::number(booked, 'f', 2))));
     out.Line(QStringLiteral("</TABLE></BODY></HTML>"));
     return out.Close();
 }

@@ -68,7 +68,7 @@ QString RecalkObj(const std::array<std::array<QString, 4>, 8> &rows)
             continue;
         sum += AmountOf(row[1]) * AmountOf(row[3]);
     }
-    return FormatAmountText(QString::number(sum, 'f', 2));
+    return FormatAmount(QString::number(sum, 'f', 2));
 }
 
 ObjWrite SaveObj(DbConnection &centre, const ObjEntry &e, const ObjFooterChoice &footer, const QDateTime &now)
@@ -89,7 +89,7 @@ ObjWrite SaveObj(DbConnection &centre, const ObjEntry &e, const ObjFooterChoice 
                      {e.firm[0], e.firm[1], e.firm[2], e.firm[3], e.firm[4], e.firm[5], e.firm[6], datObj,
                       e.stredisko, QLatin1Char('#') + e.hrazeno + QLatin1Char('#') + text1Piece(e.pozn), e.pozn,
                       QString::number(e.typ), e.vyrizuje, e.telefon, e.linka, blank, blank,
-                      FormatAmountText(e.cena), blank, footer.typ, footer.html, e.cisObj}))
+                      FormatAmount(e.cena), blank, footer.typ, footer.html, e.cisObj}))
         return ObjWrite::Failed;
 
     bool ok = false;

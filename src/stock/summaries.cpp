@@ -79,13 +79,6 @@ QString dateText(const QVariant &v)
     const QDate d = v.toDate();
     return d.isValid() ? d.toString(QStringLiteral("dd.MM.yyyy")) : v.toString();
 }
-
-QString amount(double value)
-{
-    QString text = QString::number(value, 'f', 2);
-    short width = 0;
-    return FormatCastka(text, width).trimmed();
-}
 } // namespace
 
 QString VydejSummaryPath(const QString &folder, const QString &sklad)
@@ -200,7 +193,7 @@ int WriteObjednSummary(DbConnection &centre, const QString &sklad, const ObjednF
             ++rows;
             out.Line(QStringLiteral("<tr>") + td(QString::number(rows), "cell_first") + td(name)
                      + td(FieldText(q, QStringLiteral("Firma"))) + td(FieldText(q, QStringLiteral("Pobocka")))
-                     + td(count, "cellb") + td(amount(total), "cellb") + td(doklad)
+                     + td(count, "cellb") + td(FormatAmount(QString::number(total, 'f', 2)), "cellb") + td(doklad)
                      + td(FieldText(q, QStringLiteral("Grant"))) + td(FieldText(q, QStringLiteral("LineRec9")))
                      + td(dateText(QDate::fromString(FieldText(q, QStringLiteral("Dat_obj")).left(10), Qt::ISODate)))
                      + td(FieldText(q, QStringLiteral("Dat_vyriz"))) + td(FieldText(q, QStringLiteral("objZauct")))
