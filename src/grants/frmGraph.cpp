@@ -275,6 +275,7 @@ void frmGraph::drawGroups()
         DbConnection conn(ConnStrGranty());
         if (!conn.isOpen() || !LoadGroupsByName(conn, number, &rows)) {
             ShowDbError(conn);
+            showChart(chart);
             return;
         }
     }
