@@ -271,21 +271,39 @@ short CountSep(const QString &text, const QString &separator)
     return short(std::min(count, int(SHRT_MAX)));
 }
 
+namespace {
+// Blank means nothing but blanks: a lone character 160 or a tab is not blank.
+bool AllBlanks(QStringView text)
+{
+    return std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c == QLatin1Char(' '); });
+}
+} // namespace
+
 bool IsNumberText(QString &text)
 {
-    // Blank means nothing but blanks: a lone character 160 or a tab is not blank.
-    if (std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c == QLatin1Char(' '); }))
+    if (AllBlanks(text))
         return false;
+    const bool number = IsNumberView(text);
     text.replace(QLatin1Char(' '), QChar(0xA0));
     text.remove(QLatin1Char('-'));
     text.replace(QLatin1Char(','), QLatin1Char('.'));
+    return number;
+}
+
+bool IsNumberView(QStringView text)
+{
+    if (AllBlanks(text))
+        return false;
+    // As the text reads with "-" removed and "," as ".": digits and blanks around one point.
     bool point = false;
-    for (const QChar c : std::as_const(text)) {
-        if (c == QLatin1Char('.')) {
+    for (const QChar c : text) {
+        if (c == QLatin1Char('-'))
+            continue;
+        if (c == QLatin1Char('.') || c == QLatin1Char(',')) {
             if (point)
                 return false;
             point = true;
-        } else if (!(c >= QLatin1Char('0') && c <= QLatin1Char('9')) && c != QChar(0xA0)) {
+        } else if (!(c >= QLatin1Char('0') && c <= QLatin1Char('9')) && c != QLatin1Char(' ') && c != QChar(0xA0)) {
             return false;
         }
     }

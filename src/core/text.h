@@ -28,6 +28,8 @@ short CountSep(const QString &text, const QString &separator);
 
 // A plain number? Rewrites the argument: blanks to character 160, "-" removed, "," to ".".
 bool IsNumberText(QString &text);
+// The same test without the rewriting (for readers of many rows).
+bool IsNumberView(QStringView text);
 
 // "1.2.2024" -> "01.02.2024"; empty stays empty.
 QString DateTwoDigits(const QString &text);

@@ -13,8 +13,14 @@ QString AmountText(const QString &stored)
     return text.isEmpty() ? QStringLiteral("0,00") : text;
 }
 
-double AmountValue(const QString &text)
+double AmountValue(QStringView text)
 {
-    QString copy = text;
-    return ScanNumber(copy.replace(QLatin1Char(','), QLatin1Char('.')));
+    // Short texts are read from a copy on the stack: the recalculation reads a million of them.
+    constexpr qsizetype StackLen = 64;
+    if (text.size() > StackLen)
+        return ScanNumber(text.toString().replace(QLatin1Char(','), QLatin1Char('.')));
+    char16_t buf[StackLen];
+    for (qsizetype i = 0; i < text.size(); ++i)
+        buf[i] = text[i] == QLatin1Char(',') ? u'.' : text[i].unicode();
+    return ScanNumber(QStringView(buf, text.size()));
 }

@@ -14,4 +14,4 @@ QString AmountText(const QString &stored);
 
 // The number in an amount text: "," read as ".", then the program's number scanner
 // (which stops at the first character that cannot continue a number). Empty gives 0.
-double AmountValue(const QString &text);
+double AmountValue(QStringView text);

@@ -65,10 +65,9 @@ Movement MakeMovement(const QString &ucet, const QString &castka, const QString 
 {
     Movement m;
     m.ucet = ucet;
-    QString probe = castka;
-    m.number = IsNumberText(probe);
+    m.number = IsNumberView(castka);
     if (m.number)
-        m.amount = AmountValue(castka.trimmed());
+        m.amount = AmountValue(QStringView(castka).trimmed());
     m.dal = side == QLatin1String("DAL");
     return m;
 }
@@ -88,27 +87,58 @@ bool MovementSource::read(const QString &grant, bool all)
         m_byGrant.clear();
         m_allIndex.clear();
     }
-    QVector<int> *index = all ? nullptr : &m_byGrant[key(grant)];
+    GrantRows *one = all ? nullptr : &m_byGrant[key(grant)];
+    QString lastGrant;
+    GrantRows *current = one;
     while (q.next()) {
         const int at = int(m_rows.size());
         // Nulls read as empty text, as the record set gives them to the sum.
-        m_rows.append(MakeMovement(q.value(0).toString(), q.value(2).toString(), q.value(3).toString()));
-        if (all) {
-            m_byGrant[key(q.value(1).toString())].append(at);
-            m_allIndex.append(at);
-        } else {
-            index->append(at);
+        Movement m = MakeMovement(q.value(0).toString(), q.value(2).toString(), q.value(3).toString());
+        auto number = m_accountNumbers.constFind(m.ucet);
+        if (number == m_accountNumbers.constEnd()) {
+            number = m_accountNumbers.insert(m.ucet, int(m_accounts.size()));
+            m_accounts.append(m.ucet);
         }
+        m.account = number.value();
+        m_rows.append(std::move(m));
+        if (all) {
+            const QString g = q.value(1).toString();
+            if (!current || g != lastGrant) {
+                current = &m_byGrant[key(g)];
+                lastGrant = g;
+            }
+            m_allIndex.append(at);
+        }
+        current->rows.append(at);
+    }
+    if (all) {
+        for (GrantRows &g : m_byGrant)
+            listAccounts(g);
+    } else {
+        listAccounts(*one);
     }
     m_allLoaded = m_allLoaded || all;
     return true;
 }
 
+void MovementSource::listAccounts(GrantRows &grant)
+{
+    QVector<bool> seen(m_accounts.size(), false);
+    grant.accounts.clear();
+    for (const int i : std::as_const(grant.rows)) {
+        const int a = m_rows.at(i).account;
+        if (!seen.at(a)) {
+            seen[a] = true;
+            grant.accounts.append(a);
+        }
+    }
+}
+
 bool MovementSource::loadAll() { return m_allLoaded || read(QString(), true); }
 
-const QVector<int> *MovementSource::grantRows(const QString &grant)
+const MovementSource::GrantRows *MovementSource::grantRows(const QString &grant)
 {
-    static const QVector<int> none;
+    static const GrantRows none;
     const QString k = key(grant);
     auto found = m_byGrant.constFind(k);
     if (found != m_byGrant.constEnd())
@@ -155,23 +185,40 @@ bool ImportPohybCalc::SoucetSkupiny()
     // A criterion that begins with " OR " (an empty first item) selects what its clauses do:
     // the items alone decide. Without items the criterion is empty and every row counts.
     const QStringList items = FilterItems(SkupUctu);
-    const QVector<int> *index = items.isEmpty() ? m_movements.allRows() : m_movements.grantRows(GrantActiv.trimmed());
-    if (!index)
-        return false;
     const QStringList reversed = ReversedAccounts(SkupUctu);
     const QVector<Movement> &rows = m_movements.rows();
-    for (const int i : *index) {
-        const Movement &m = rows.at(i);
-        if (!m.number)
-            continue;
-        if (!items.isEmpty() && std::none_of(items.cbegin(), items.cend(), [&](const QString &item) {
-                return m.ucet.startsWith(item, Qt::CaseInsensitive);
-            }))
-            continue;
-        int sign = m.dal ? -1 : 1;
-        if (!reversed.isEmpty() && reversed.contains(m.ucet.trimmed()))
-            sign = m.dal ? 1 : -1;
-        total += sign * m.amount;
+    const auto add = [&](const Movement &m, int weight) {
+        // MD raises the sum, DAL lowers it; a reversed account the other way round.
+        if (m.number)
+            total += (m.dal ? -weight : weight) * m.amount;
+    };
+    const auto weightOf = [&](const QString &account) {
+        return !reversed.isEmpty() && reversed.contains(account.trimmed()) ? -1 : 1;
+    };
+    if (items.isEmpty()) {
+        const QVector<int> *all = m_movements.allRows();
+        if (!all)
+            return false;
+        for (const int i : *all)
+            add(rows.at(i), weightOf(rows.at(i).ucet));
+    } else {
+        const MovementSource::GrantRows *grant = m_movements.grantRows(GrantActiv.trimmed());
+        if (!grant)
+            return false;
+        // Whether and how each account of the grant counts, then the rows in their order.
+        m_weight.resize(m_movements.accountCount());
+        for (const int a : grant->accounts) {
+            const QString &account = m_movements.account(a);
+            const bool counted = std::any_of(items.cbegin(), items.cend(), [&](const QString &item) {
+                return account.startsWith(item, Qt::CaseInsensitive);
+            });
+            m_weight[a] = counted ? static_cast<signed char>(weightOf(account)) : 0;
+        }
+        for (const int i : grant->rows) {
+            const Movement &m = rows.at(i);
+            if (const int w = m_weight.at(m.account))
+                add(m, w);
+        }
     }
     Cerpani = FormatAmount(total);
     return true;

@@ -22,6 +22,7 @@ struct Movement {
     double amount = 0;     // the trimmed Castka with "," read as "."
     bool number = false;   // IsNumberText accepted Castka: other rows are skipped by every sum
     bool dal = false;      // MD/DAL is "DAL"
+    int account = -1;      // the account's number among the source's distinct accounts
 };
 
 // Reads a movement the way the sum does (exposed for the benchmark's literal computation).
@@ -31,23 +32,35 @@ Movement MakeMovement(const QString &ucet, const QString &castka, const QString 
 // filter asks for every row of every grant.
 class MovementSource {
 public:
+    // The rows of a grant in order, and the distinct accounts among them: a group decides
+    // once per account whether and with which sign it counts, not once per row.
+    struct GrantRows {
+        QVector<int> rows;       // indices into rows()
+        QVector<int> accounts;   // distinct Movement::account values of these rows
+    };
+
     explicit MovementSource(DbConnection &conn) : m_conn(conn) {}
     // Reads every row at once (the recalculation of all grants starts with it).
     bool loadAll();
-    // The rows of a grant, as indices into rows(), in order; nullptr when reading failed.
-    const QVector<int> *grantRows(const QString &grant);
+    // The rows of a grant; nullptr when reading failed.
+    const GrantRows *grantRows(const QString &grant);
     // Every row of the table in order; nullptr when reading failed.
     const QVector<int> *allRows();
     const QVector<Movement> &rows() const { return m_rows; }
+    const QString &account(int number) const { return m_accounts.at(number); }
+    qsizetype accountCount() const { return m_accounts.size(); }
     qsizetype size() const { return m_rows.size(); }
 
 private:
     bool read(const QString &grant, bool all);
+    void listAccounts(GrantRows &grant);
     static QString key(const QString &grant);
 
     DbConnection &m_conn;
     QVector<Movement> m_rows;
-    QHash<QString, QVector<int>> m_byGrant;
+    QStringList m_accounts;
+    QHash<QString, int> m_accountNumbers;
+    QHash<QString, GrantRows> m_byGrant;
     QVector<int> m_allIndex;
     bool m_allLoaded = false;
 };
@@ -79,6 +92,7 @@ public:
 
 private:
     MovementSource &m_movements;
+    QVector<signed char> m_weight;   // per account: 0 not in the group, 1 counted, -1 reversed
 };
 
 // --- one grant -----------------------------------------------------------------------

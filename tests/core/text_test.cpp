@@ -195,6 +195,7 @@ TEST(IsNumberText, PlainNumbersAndWhatItWritesBack)
     };
     for (const auto &[text, number, back] : cases) {
         QString t = text;
+        EXPECT_EQ(IsNumberView(text), number) << text.toStdString();
         EXPECT_EQ(IsNumberText(t), number) << text.toStdString();
         if (!back.isNull())
             EXPECT_EQ(t, back) << text.toStdString();

@@ -24,7 +24,7 @@ TEST(Amount, EmptyIsZeroCommaIsDecimalAndFormattedUnpadded)
     EXPECT_EQ(AmountText(QString(" 12,50 ")), "12,50");
     for (const auto &[text, value] : {std::pair{"1 250 000,50", 1250000.5}, {"-7 955,33", -7955.33},
                                       {"   Find error !   ", 0.0}, {"", 0.0}})
-        EXPECT_DOUBLE_EQ(AmountValue(text), value) << text;
+        EXPECT_DOUBLE_EQ(AmountValue(QString::fromUtf8(text)), value) << text;
     for (const auto &[value, text] : {std::pair{1234.5, "1 234,50"}, {0.0, "0,00"}, {2450000.0, "2 450 000,00"}})
         EXPECT_EQ(FormatAmount(value), text) << value;
     // The sign stands at the far left, ahead of any padding.
@@ -32,7 +32,7 @@ TEST(Amount, EmptyIsZeroCommaIsDecimalAndFormattedUnpadded)
     EXPECT_TRUE(FormatAmount(-0.5).endsWith("0,50"));
     EXPECT_DOUBLE_EQ(AmountValue(FormatAmount(-1234.5)), -1234.5);
     // Round trip of what is stored.
-    EXPECT_EQ(FormatAmount(AmountValue("1 973 300,15")), "1 973 300,15");
+    EXPECT_EQ(FormatAmount(AmountValue(u"1 973 300,15")), "1 973 300,15");
 }
 
 TEST(SpoctiRadek, RestAndShareFromTheWholeCrownsOfTheRest)
