@@ -1,6 +1,7 @@
 #include "core/db.h"
 #include "grants/drawdown.h"
 #include "grants/filter.h"
+#include "grants/graphdata.h"
 #include "support/testenv.h"
 
 #include <gtest/gtest.h>
@@ -268,12 +269,29 @@ TEST(Drawdown, ChartOfAccountsLevelsTakeTheirSums)
     EXPECT_EQ(from + " - " + to, "01.02.2024 - 11.02.2024");
 }
 
-TEST(Drawdown, GrantFilterPermits)
+TEST(Graph, MoneyAxisSharesAndOverspentGroups)
 {
-    const struct { const char *filter, *grant; bool permitted; } cases[] = {
-        {"0", "1201", true}, {"", "1", true}, {"1201,1202", "1202", true}, {"1201, 1202", "1202", true},
-        {"1201", "12", false}, {"1201,", "9", false},
+    // Round steps from below zero to above the highest bar, labelled in whole crowns.
+    const struct { double min, max; const char *labels; } axes[] = {
+        {-12000, 1176000, "-200 000 Kč|0 Kč|200 000 Kč|400 000 Kč|600 000 Kč|800 000 Kč|1 000 000 Kč|1 200 000 Kč"},
+        {0, 0, "0 Kč|0,20 Kč|0,40 Kč|0,60 Kč|0,80 Kč|1 Kč"},
+        {0, 2750000, "0 Kč|500 000 Kč|1 000 000 Kč|1 500 000 Kč|2 000 000 Kč|2 500 000 Kč|3 000 000 Kč"},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(GrantPermitted(c.filter, c.grant), c.permitted) << c.filter << " " << c.grant;
+    for (const auto &a : axes) {
+        QStringList labels;
+        for (const AxisTick &t : MoneyAxis(a.min, a.max))
+            labels << t.label;
+        EXPECT_EQ(labels.join('|'), QString::fromUtf8(a.labels)) << a.min << " " << a.max;
+    }
+    EXPECT_EQ(ShareText(3700539.74, 6450000), "57,4 %");
+    EXPECT_EQ(ShareText(5, 0), "");
+    // Overspent to the cent; a group with no plan shows its name alone.
+    const GroupBar over = GroupBarOf({1, "1", "512*", " Cestovné ", "98 000,00", "98 000,01", "", ""});
+    EXPECT_TRUE(over.overspent);
+    EXPECT_EQ(GroupCategory(over), "Cestovné  ▲ 100,0 %");
+    EXPECT_FALSE(GroupBarOf({1, "1", "512*", "x", "98 000,00", "98 000,00", "", ""}).overspent);
+    EXPECT_EQ(GroupCategory(GroupBarOf({1, "1", "-602*", "Tržby", "0,00", "-12 000,00", "", ""})), "Tržby");
+    const GrantBar bar = GrantBarOf({1, "1203", "1 250 000,00", "600 000,00", "", "- 540 934,35", ""});
+    EXPECT_DOUBLE_EQ(bar.drawdown, 1790934.35);
+    EXPECT_EQ(GrantBarTip(bar, "Zůstatek", bar.remainder), "GRANT 1203 · Zůstatek: -540 934,35 Kč");
 }

@@ -119,4 +119,8 @@ TEST(FilterGrants, UserListAsPrefixTermsAndPermittedGrants)
     active.removeAll("2305");
     EXPECT_EQ(grants(PermittedGrantsCriterion("0")), active);
     EXPECT_EQ(grants(PermittedGrantsCriterion("1203,1204,23")), QStringList{"1203"});
+    // One grant against the list: whole numbers, blanks after commas allowed.
+    for (const auto &[filter, grant, permitted] : {std::tuple{"0", "1201", true}, {"", "1", true}, {"1201, 1202", "1202", true},
+                                                   {"1201", "12", false}, {"1201,", "9", false}})
+        EXPECT_EQ(GrantPermitted(filter, grant), permitted) << filter << " " << grant;
 }

@@ -298,27 +298,7 @@ TEST(frmGrantPlan, AddRenameSaveDelete)
     EXPECT_EQ(Grants("WHERE _grant='1203'").size(), 1);
 }
 
-TEST(frmGrantPlan, DeletingTheLastRowClearsDetails)
-{
-    FreshDatabases(true);
-    LoginAs(2);
-    Session().UserFiltrGrant = "2306";
-    frmGrantPlan screen;
-    screen.Load();
-    ASSERT_EQ(GridGrants(&screen), QStringList{"2306"});
-    ScriptedMessages messages;
-    Click(&screen, "cmdDelete");
-    EXPECT_EQ(Grid(&screen)->rowCount(), 0);
-    EXPECT_EQ(Text(&screen, "Text4") + Text(&screen, "Text5") + Child<QLabel>(&screen, "PocetDocum")->text(), "");
-    // With the list empty the commands do nothing and ask nothing.
-    messages.shown.clear();
-    for (const char *name : {"cmdDelete", "cmdSave", "cmdEdit"})
-        Click(&screen, name);
-    EXPECT_TRUE(messages.shown.empty());
-    EXPECT_EQ(Grants().size(), 11);
-}
-
-TEST(frmGrantPlan, HideBoxesAreKeptInTheSettingsStore)
+TEST(frmGrantPlan, HideBoxesKeptOneGrantReadOnlyAndTheLastRowDeleted)
 {
     FreshDatabases(true);
     LoginAs(2);
@@ -335,32 +315,44 @@ TEST(frmGrantPlan, HideBoxesAreKeptInTheSettingsStore)
         EXPECT_EQ(GetSetting("NASTAVENI", "ARCHIVNI"), "0");
         EXPECT_EQ(Grid(&screen)->rowCount(), 8);   // the archived grants have ended too
     }
-    frmGrantPlan again;
-    again.Load();
-    EXPECT_FALSE(Child<QCheckBox>(&again, "Check2")->isChecked());
-    EXPECT_TRUE(Child<QCheckBox>(&again, "Check3")->isChecked());
-    EXPECT_EQ(Grid(&again)->rowCount(), 8);
-}
-
-TEST(frmGrantPlan, OneGrantViewIsReadOnly)
-{
-    FreshDatabases(true);
-    LoginAs(2);
-    SaveSetting("NASTAVENI", "UKONCENE", "1");
+    {
+        frmGrantPlan again;
+        again.Load();
+        EXPECT_FALSE(Child<QCheckBox>(&again, "Check2")->isChecked());
+        EXPECT_TRUE(Child<QCheckBox>(&again, "Check3")->isChecked());
+        EXPECT_EQ(Grid(&again)->rowCount(), 8);
+    }
+    {
+        // One grant asked for is shown though ended, yellow, and nothing of it can change.
+        frmGrantPlan screen;
+        screen.GrantActiv = "1204";
+        screen.Load();
+        ASSERT_EQ(GridGrants(&screen), QStringList{"1204"});
+        EXPECT_EQ(Grid(&screen)->index(0, 0).data(Qt::BackgroundRole).value<QColor>().rgb() & 0xFFFFFF, 0xFFFF00u);
+        EXPECT_EQ(Text(&screen, "Text4"), "1204");
+        for (const char *name : {"Text5", "Text8", "Text6", "Text3", "Text1", "Text2", "Text7", "Text9"})
+            EXPECT_FALSE(Child<QLineEdit>(&screen, name)->isEnabled()) << name;
+        for (const char *name : {"cmdNewRow", "cmdEdit", "cmdDelete", "cmdSave"})
+            EXPECT_FALSE(Child<QPushButton>(&screen, name)->isEnabled()) << name;
+        for (const char *name : {"Check1", "Check2", "Check3"})
+            EXPECT_FALSE(Child<QCheckBox>(&screen, name)->isEnabled()) << name;
+        EXPECT_TRUE(Child<QPushButton>(&screen, "Command1")->isEnabled());
+        SaveScreen(&screen, "frmGrantPlan_GrantActiv");
+    }
+    // The user's only grant deleted: the details are cleared and the commands ask nothing.
+    Session().UserFiltrGrant = "2306";
     frmGrantPlan screen;
-    screen.GrantActiv = "1204";
     screen.Load();
-    ASSERT_EQ(GridGrants(&screen), QStringList{"1204"});
-    EXPECT_EQ(Grid(&screen)->index(0, 0).data(Qt::BackgroundRole).value<QColor>().rgb() & 0xFFFFFF, 0xFFFF00u);
-    EXPECT_EQ(Text(&screen, "Text4"), "1204");
-    for (const char *name : {"Text5", "Text8", "Text6", "Text3", "Text1", "Text2", "Text7", "Text9"})
-        EXPECT_FALSE(Child<QLineEdit>(&screen, name)->isEnabled()) << name;
-    for (const char *name : {"cmdNewRow", "cmdEdit", "cmdDelete", "cmdSave"})
-        EXPECT_FALSE(Child<QPushButton>(&screen, name)->isEnabled()) << name;
-    for (const char *name : {"Check1", "Check2", "Check3"})
-        EXPECT_FALSE(Child<QCheckBox>(&screen, name)->isEnabled()) << name;
-    EXPECT_TRUE(Child<QPushButton>(&screen, "Command1")->isEnabled());
-    SaveScreen(&screen, "frmGrantPlan_GrantActiv");
+    ASSERT_EQ(GridGrants(&screen), QStringList{"2306"});
+    ScriptedMessages messages;
+    Click(&screen, "cmdDelete");
+    EXPECT_EQ(Grid(&screen)->rowCount(), 0);
+    EXPECT_EQ(Text(&screen, "Text4") + Text(&screen, "Text5") + Child<QLabel>(&screen, "PocetDocum")->text(), "");
+    messages.shown.clear();
+    for (const char *name : {"cmdDelete", "cmdSave", "cmdEdit"})
+        Click(&screen, name);
+    EXPECT_TRUE(messages.shown.empty());
+    EXPECT_EQ(Grants().size(), 11);
 }
 
 TEST(frmGrantPlan, CalendarAmountBoxesAndRights)
