@@ -28,11 +28,7 @@ GroupBar GroupBarOf(const GroupRow &row)
     return bar;
 }
 
-QString CzechMoney(double value)
-{
-    // The sign beside the digits: the stored form pads between them.
-    return (value < 0 ? QStringLiteral("-") + FormatAmount(-value) : FormatAmount(value)) + QStringLiteral(" Kč");
-}
+QString CzechMoney(double value) { return FormatAmount(value) + QStringLiteral(" Kč"); }
 
 QString ShareText(double part, double whole)
 {
