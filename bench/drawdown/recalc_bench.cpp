@@ -6,7 +6,7 @@
 // Goals: the recalculation under 3 s and at least 100 times faster than the literal way;
 // the screen open under 1 s.
 
-#include "../grants/benchenv.h"
+#include "../common/benchenv.h"
 #include "core/db.h"
 #include "grants/amount.h"
 #include "grants/drawdown.h"
