@@ -178,11 +178,6 @@ TEST(Drawdown, RecalculationWritesGroupsAndRemaindersOfTheUsersGrants)
     for (const auto &[grant, castka3] : {std::pair{"100", "700,00"}, {"200", "-50,00"}, {"300", "0,00"}, {"400", "500,00"}})
         EXPECT_EQ(Castka3(grant), castka3) << grant;
 
-    // The user's limited list recalculates only its grants.
-    Exec(Granty, "UPDATE GrantyPlan SET Castka3='x'");
-    ASSERT_TRUE(RecalcGrants(conn, Heads(conn, "200,999"), false).ok);
-    EXPECT_EQ(Column(Granty, "SELECT CONCAT(_grant,'=',Castka3) FROM GrantyPlan ORDER BY _grant"),
-              (QStringList{"100=x", "200=-50,00", "300=x", "400=x"}));
 }
 
 TEST(Drawdown, GroupRefreshBringsAGrantInLineWithTheCatalogue)

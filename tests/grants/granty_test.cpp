@@ -112,11 +112,6 @@ TEST(frmGranty, OpensWithTheUsersGrantsAndRecalculatesThemAll)
     EXPECT_EQ(Stored("SELECT Castka1 FROM GrantyPlan WHERE _grant='2301'"), "0,00");
     EXPECT_TRUE(Figures(&screen).endsWith("|0,00   "));
 
-    // The grant list report, in the viewer's file.
-    Click(&screen, "cmdPrint");
-    const QString list = ReadFileCp1250(Session().TempDir + "/List.htm");
-    EXPECT_TRUE(list.contains("Seznam GRANTu za období 05.01.2025 - 31.01.2025"));
-    EXPECT_EQ(list.count("<td align=left style='border-top:1px solid black;border-left:1px solid black'><font size=2>"), 10);
 }
 
 TEST(frmGranty, GroupsTabChecksTheBudgetMarksRowsAndPrints)

@@ -71,17 +71,6 @@ TEST(BudgetCheck, NewTotalAgainstTheGrantsBudgetWithTheExactMessage)
     EXPECT_TRUE(BudgetCheck("9", "", "abc'", "", "").isEmpty());
 }
 
-TEST(Compare, OnlyGrantsWhoseGroupsDifferFromTheBudget)
-{
-    const QVector<GrantBudget> grants{{"1201", "1 000,00"}, {"1202", "500,00"}, {"1203", "0,00"}};
-    QMap<QString, double> sums{{"1201", 1000.0}, {"1202", 499.5}};
-    EXPECT_EQ(CompareText(grants, sums),
-              QString("Seznam GRANTu v porovnání rožpočtových částek a částek v Skupinach účtů\r\n\r\n"
-                      "Grant 1202\tRozpočet  plan: 500,00\tfakt: 499,50\r\n"));
-    sums["1202"] = 500.0;
-    EXPECT_TRUE(CompareText(grants, sums).isEmpty());
-}
-
 TEST(GrantTables, TruncateTakesOnlyPlainTableNames)
 {
     FreshDatabases(false);
@@ -134,25 +123,4 @@ TEST(Catalogue, TidyOnCloseTrimsFiltersNamesAndFormatsAmounts)
     AmountEdited(edited);
     EXPECT_EQ(edited.castka, "0,00");
     EXPECT_EQ(edited.zustatek, "0,00");
-}
-
-TEST(Stredisko, RowsSortedByGrantAndNameWithinTheUsersGrants)
-{
-    FreshDatabases(true);
-    DbConnection conn(ConnStrGranty());
-    QVector<GroupRow> rows;
-    ASSERT_TRUE(LoadStredisko(conn, "0", &rows));
-    ASSERT_EQ(rows.size(), 96);
-    EXPECT_EQ(rows.first().grant, "1201");
-    EXPECT_EQ(rows.first().nazev, "Cestovné");
-    ASSERT_TRUE(LoadStredisko(conn, "2302,1201", &rows));
-    EXPECT_EQ(rows.size(), 16);
-    EXPECT_EQ(rows.last().grant, "2302");
-    // The demo groups of each grant stay within its budget.
-    QVector<GrantBudget> grants;
-    ASSERT_TRUE(LoadGrantBudgets(conn, "0", &grants));
-    ASSERT_TRUE(LoadStredisko(conn, "0", &rows));
-    const QMap<QString, double> sums = PlanSumsByGrant(rows);
-    for (const GrantBudget &g : grants)
-        EXPECT_LE(sums.value(g.grant), AmountValue(g.castka1)) << g.grant.toStdString();
 }

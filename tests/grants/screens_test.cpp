@@ -54,7 +54,7 @@ TEST(frmStredisko, GridTotalsFindCompareAndDeleteForTheAdministratorOnly)
     QAbstractItemModel *grid = Grid(&screen);
     ASSERT_EQ(grid->rowCount(), 96);
     EXPECT_EQ(grid->headerData(3, Qt::Horizontal).toString(), "Castka_plan");
-    EXPECT_EQ(grid->index(0, 0).data().toString(), "1201");
+    EXPECT_EQ(grid->index(0, 0).data().toString() + ' ' + grid->index(0, 2).data().toString(), "1201 Cestovné");
     EXPECT_EQ(Total(&screen), "27 796 000,00");   // the sum of the demo's 96 group budgets
     EXPECT_TRUE(Enabled(&screen, "cmdDelete") && Enabled(&screen, "cmdCompare"));
     SaveScreen(&screen, "frmStredisko");
