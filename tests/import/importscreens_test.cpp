@@ -219,7 +219,11 @@ TEST_F(ImportScreens, RevisionListsAndPrintsTheUnknownAccounts)
     Child<QLineEdit>(&screen, "datDatumDo")->setText("28.02.2025");
     Choose(DemoExport("pohyby.txt"));
     ScriptedMessages messages;
-    WhenModal("frmProgressBuildTree", "CmdOk", [](QWidget *w) { EXPECT_EQ(w->windowTitle(), "Error counts control"); });
+    SaveScreen(&screen, "frmRevize");
+    WhenModal("frmProgressBuildTree", "CmdOk", [](QWidget *w) {
+        EXPECT_EQ(w->windowTitle(), "Error counts control");
+        SaveScreen(w, "frmProgressBuildTree");
+    });
     Click(&screen, "cmdControl");
     QWidget *errors = ErrorList(TitleRevize);
     ASSERT_NE(errors, nullptr);
