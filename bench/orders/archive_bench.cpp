@@ -1,6 +1,7 @@
 // The order archive over 100,000 orders: opening frmArchObj, a status and a year filter,
 // paging; and 1,000 HTML order forms. Goals: each screen step under 300 ms, the forms
-// under 1 s. Reference of the same run: one bare COUNT(*) over the table.
+// under 1 s; a step is timed until the shown screen has painted its grid. Reference of the
+// same run: one bare COUNT(*) over the table.
 
 #include "core/db.h"
 #include "core/session.h"
@@ -26,6 +27,7 @@ double Ms(const std::function<void()> &run)
     QElapsedTimer t;
     t.start();
     run();
+    QCoreApplication::processEvents();   // the grid's paint, which reads the shown rows
     return t.nsecsElapsed() / 1e6;
 }
 
@@ -73,7 +75,10 @@ int main(int argc, char **argv)
         c.exec(q, QStringLiteral("SELECT COUNT(*) FROM archobj"));
     });
     frmArchObj screen;
-    const double open = Ms([&] { screen.Load(); });
+    const double open = Ms([&] {
+        screen.Load();
+        screen.show();
+    });
     auto *status = screen.findChild<QComboBox *>(QStringLiteral("Combo2"));
     auto *year = screen.findChild<QComboBox *>(QStringLiteral("Combo5"));
     const double byYear = Ms([&] { Choose(year, QStringLiteral("2025")); });

@@ -67,21 +67,23 @@ QString failed(const QString &what, const DbConnection &conn)
 }
 } // namespace
 
-// The grid's rows: texts, colours and the handover mark are read from the list when painted,
-// so a status list of thousands of rows shows as fast as a page of 28.
+// The grid's rows: the list holds their keys, and a row's texts, colours and handover mark
+// are read when it is painted, so a status list of thousands of rows shows as fast as a page.
 class ObjListModel : public QAbstractTableModel {
 public:
-    ObjListModel(const QList<ObjListRow> &rows, const QSet<int> &chosen, const QIcon &handover, QObject *parent)
-        : QAbstractTableModel(parent), m_rows(rows), m_chosen(chosen), m_handover(handover)
+    ObjListModel(const QList<int> &keys, std::function<const ObjListRow &(int)> rowAt, const QSet<int> &chosen,
+                 const QIcon &handover, QObject *parent)
+        : QAbstractTableModel(parent), m_keys(keys), m_rowAt(std::move(rowAt)), m_chosen(chosen), m_handover(handover)
     {
     }
-    int rowCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : int(m_rows.size()); }
+    int rowCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : int(m_keys.size()); }
     int columnCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : 9; }
     QVariant data(const QModelIndex &index, int role) const override
     {
-        if (!index.isValid() || index.row() >= m_rows.size())
+        if (!index.isValid() || index.row() >= m_keys.size()
+            || (role != Qt::DisplayRole && role != Qt::BackgroundRole && role != Qt::DecorationRole))
             return {};
-        const ObjListRow &row = m_rows[index.row()];
+        const ObjListRow &row = m_rowAt(index.row());
         switch (role) {
         case Qt::DisplayRole:
             switch (index.column()) {
@@ -113,7 +115,8 @@ public:
     void rowChanged(int r) { emit dataChanged(index(r, 0), index(r, 8)); }
 
 private:
-    const QList<ObjListRow> &m_rows;
+    const QList<int> &m_keys;
+    std::function<const ObjListRow &(int)> m_rowAt;
     const QSet<int> &m_chosen;
     QIcon m_handover;
 };
@@ -143,7 +146,8 @@ void frmArchObj::buildUi()
 {
     MSFlexGrid2 = new QTableView(this);
     MSFlexGrid2->setObjectName(QStringLiteral("MSFlexGrid2"));
-    m_model = new ObjListModel(m_rows, m_chosen, style()->standardIcon(QStyle::SP_DialogApplyButton), this);
+    m_model = new ObjListModel(m_keys, [this](int r) -> const ObjListRow & { return rowAt(r); }, m_chosen,
+                               style()->standardIcon(QStyle::SP_DialogApplyButton), this);
     MSFlexGrid2->setModel(m_model);
     MSFlexGrid2->verticalHeader()->hide();
     MSFlexGrid2->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -506,16 +510,22 @@ void frmArchObj::FilterObj(const QString &field)
     const int status = Combo2->currentIndex();
     m_filter = ::FilterObj(status, Combo2->currentText(), Combo5->currentIndex() >= 0 ? Combo5->currentText() : QString(),
                            m_role == 3, field);
-    m_rows.clear();
+    m_keys.clear();
+    m_cache.clear();
+    m_sums = {};
     m_total = 0;
     DbConnection conn(ConnStrFor(m_db));
     short counter = 1;
     if (conn.isOpen() && NextObjCounter(conn, &counter))
         m_nextNumber = MakeObjCislo(counter);
-    // A status list is one page of every row whose colour fits.
+    // A status list is one page of every row whose colour fits, its sums over them all.
+    ObjListKeys list;
     if (status >= 1 && status <= 4) {
-        if (conn.isOpen() && ObjListRows(conn, m_filter, status, &m_rows))
-            m_total = int(m_rows.size());
+        if (conn.isOpen() && ObjListKeysOf(conn, m_filter, status, &list)) {
+            m_keys = list.noms;
+            m_sums = list.sums;
+            m_total = int(m_keys.size());
+        }
     } else if (conn.isOpen()) {
         ObjListCount(conn, m_filter, &m_total);
     }
@@ -526,36 +536,38 @@ void frmArchObj::FillPage(int page)
 {
     const int status = Combo2->currentIndex();
     const bool statusList = status >= 1 && status <= 4;
-    m_pages = statusList ? (m_rows.isEmpty() ? 0 : 1) : ObjPageCount(m_total);
+    m_pages = statusList ? (m_keys.isEmpty() ? 0 : 1) : ObjPageCount(m_total);
     m_page = page <= 0 || page > m_pages ? m_pages : page;
     if (!statusList) {
-        m_rows.clear();
+        QList<ObjListRow> rows;
         DbConnection conn(ConnStrFor(m_db));
         if (conn.isOpen())
-            ObjListPage(conn, m_filter, m_total, ObjPageStart(m_total, m_page), ObjPageRows, &m_rows);
+            ObjListPage(conn, m_filter, m_total, ObjPageStart(m_total, m_page), ObjPageRows, &rows);
+        m_keys.clear();
+        m_cache.clear();
+        m_sums = {};
+        for (const ObjListRow &row : rows) {
+            m_keys << row.nom;
+            m_cache.insert(row.nom, row);
+            m_sums.add(row.castka, row.grant.contains(QLatin1Char(',')));
+        }
     }
 
     m_filling = true;
     m_model->reset();
-    double sum5 = 0, sum6 = 0;
-    for (const ObjListRow &row : m_rows)
-        if (!row.grant.contains(QLatin1Char(','))) {
-            sum5 += AmountOf(GetField(row.castka, 0));
-            sum6 += AmountOf(GetField(row.castka, 1));
-        }
-    Label20->setText(FormatAmount(QString::number(sum5, 'f', 2)));
-    Label21->setText(FormatAmount(QString::number(sum6, 'f', 2)));
+    Label20->setText(FormatAmount(QString::number(m_sums.price, 'f', 2)));
+    Label21->setText(FormatAmount(QString::number(m_sums.booked, 'f', 2)));
     txtPage->setText(QString::number(m_page));
     txtPages->setText(QString::number(m_pages));
-    const int rows = statusList ? int(m_rows.size()) : m_total;
-    cmdDown->setEnabled(!(rows < 29 || m_page <= 1));
-    cmdUp->setEnabled(!(rows < 29 || m_page >= m_pages));
-    const bool any = !m_rows.isEmpty();
+    cmdDown->setEnabled(!(m_total < 29 || m_page <= 1));
+    cmdUp->setEnabled(!(m_total < 29 || m_page >= m_pages));
+    const bool any = !m_keys.isEmpty();
     for (QPushButton *b : {cmdDelete, cmdCopy, Command2})
         b->setEnabled(any);
+    if (any)
+        selectRow(0);   // entered once, below, not by the cursor's move as well
     m_filling = false;
     if (any) {
-        selectRow(0);
         enterRow(0);
     } else {
         clearDetail();
@@ -565,6 +577,30 @@ void frmArchObj::FillPage(int page)
 void frmArchObj::paintRow(int r)
 {
     m_model->rowChanged(r);
+}
+
+const ObjListRow &frmArchObj::rowAt(int r)
+{
+    const int nom = m_keys[r];
+    if (const auto it = m_cache.constFind(nom); it != m_cache.cend())
+        return *it;
+    // The rows around it are read with it: a painted screenful costs one statement.
+    constexpr int Block = 64;
+    QList<int> keys;
+    for (int i = r / Block * Block; i < std::min(int(m_keys.size()), (r / Block + 1) * Block); ++i)
+        if (!m_cache.contains(m_keys[i]))
+            keys << m_keys[i];
+    QList<ObjListRow> rows;
+    DbConnection conn(ConnStrFor(m_db));
+    if (conn.isOpen())
+        ObjListRowsOf(conn, keys, &rows);
+    for (const ObjListRow &row : rows)
+        m_cache.insert(row.nom, row);
+    // A row gone meanwhile shows its key alone.
+    for (int key : keys)
+        if (!m_cache.contains(key))
+            m_cache[key].nom = key;
+    return m_cache[nom];
 }
 
 int frmArchObj::currentRow() const
@@ -579,9 +615,9 @@ void frmArchObj::selectRow(int r)
 
 void frmArchObj::enterRow(int r)
 {
-    if (m_filling || r < 0 || r >= m_rows.size())
+    if (m_filling || r < 0 || r >= m_keys.size())
         return;
-    ShowObj(m_rows[r].nom);
+    ShowObj(m_keys[r]);
 }
 
 void frmArchObj::clearDetail()
@@ -721,8 +757,8 @@ bool frmArchObj::afterWrite(DbConnection &conn, ObjWrite result)
         return false;
     }
     ObjListRow fresh;
-    if (current >= 0 && current < m_rows.size() && m_rows[current].nom == nom && ObjListRowOf(conn, nom, &fresh)) {
-        m_rows[current] = fresh;
+    if (current >= 0 && current < m_keys.size() && m_keys[current] == nom && ObjListRowOf(conn, nom, &fresh)) {
+        m_cache[nom] = fresh;
         paintRow(current);
     }
     return true;
@@ -739,9 +775,9 @@ void frmArchObj::amountLeft()
 void frmArchObj::toggleChosen()
 {
     const int r = currentRow();
-    if (r < 0 || r >= m_rows.size())
+    if (r < 0 || r >= m_keys.size())
         return;
-    const int nom = m_rows[r].nom;
+    const int nom = m_keys[r];
     if (m_chosen.contains(nom))
         m_chosen.remove(nom);
     else
@@ -751,19 +787,21 @@ void frmArchObj::toggleChosen()
 
 void frmArchObj::toggleHandover(int r)
 {
-    if (r < 0 || r >= m_rows.size() || !CanToggleHandover(m_role))
+    if (r < 0 || r >= m_keys.size() || !CanToggleHandover(m_role))
         return;
+    const int nom = m_keys[r];
     DbConnection conn(ConnStrFor(m_db));
     QSqlQuery q = conn.query();
-    if (!conn.isOpen() || !conn.exec(q, QStringLiteral("SELECT * FROM ArchObj WHERE nom=?"), {m_rows[r].nom}) || !q.next())
+    if (!conn.isOpen() || !conn.exec(q, QStringLiteral("SELECT * FROM ArchObj WHERE nom=?"), {nom}) || !q.next())
         return;
     const bool handed = q.value(QStringLiteral("coml")).toInt() == 1;
     QString title = Title;
     if (!Confirmed(MsgBoxPos(HandoverQuestion(q.value(QStringLiteral("cis_obj")).toString(), handed), MsgQuestionOkCancel, title)))
         return;
-    if (!SetHandover(conn, m_rows[r].nom, !handed))
+    if (!SetHandover(conn, nom, !handed))
         return;
-    m_rows[r].coml = !handed;
+    if (const auto it = m_cache.find(nom); it != m_cache.end())
+        it->coml = !handed;
     paintRow(r);
 }
 
@@ -787,11 +825,10 @@ void frmArchObj::cmdCopy_Click()
     }
     FilterObj();
     for (int page = m_pages; copy > 0 && page >= 1; --page) {
-        for (int r = 0; r < m_rows.size(); ++r)
-            if (m_rows[r].nom == copy) {
-                selectRow(r);
-                return;
-            }
+        if (const qsizetype r = m_keys.indexOf(copy); r >= 0) {
+            selectRow(int(r));
+            return;
+        }
         if (page > 1)
             FillPage(page - 1);
     }
@@ -916,11 +953,11 @@ bool frmArchObj::eventFilter(QObject *watched, QEvent *event)
     if (watched == MSFlexGrid2->viewport() && event->type() == QEvent::MouseMove) {
         // A hand over the handover column when the grid has rows.
         const int column = MSFlexGrid2->columnAt(static_cast<QMouseEvent *>(event)->position().toPoint().x());
-        MSFlexGrid2->viewport()->setCursor(column == ColumnL && !m_rows.isEmpty() ? Qt::PointingHandCursor : Qt::ArrowCursor);
+        MSFlexGrid2->viewport()->setCursor(column == ColumnL && !m_keys.isEmpty() ? Qt::PointingHandCursor : Qt::ArrowCursor);
     }
     auto *dateBox = qobject_cast<QLineEdit *>(watched);
     if (dateBox && (dateBox == Text7 || dateBox == Text9)) {
-        if (event->type() == QEvent::FocusIn && dateBox->text().isEmpty() && !m_rows.isEmpty() && !m_filling) {
+        if (event->type() == QEvent::FocusIn && dateBox->text().isEmpty() && !m_keys.isEmpty() && !m_filling) {
             dateBox->setText(QDate::currentDate().toString(QStringLiteral("dd.MM.yyyy")));
             dateBox->setModified(true);
         } else if (event->type() == QEvent::KeyPress) {

@@ -8,6 +8,7 @@
 #include "orders/objlist.h"
 
 #include <QDialog>
+#include <QHash>
 #include <QList>
 #include <QSet>
 
@@ -61,6 +62,8 @@ private:
     void buildUi();
     void fillLists();
     void paintRow(int gridRow);
+    // The grid row's order, read with its neighbours when first painted.
+    const ObjListRow &rowAt(int gridRow);
     int currentRow() const;
     void selectRow(int gridRow);
     void enterRow(int gridRow);
@@ -90,7 +93,9 @@ private:
     int m_nom = 0;              // the order in the detail
     short m_typ = 0;
     bool m_filling = false;     // stops re-entry while the grid is refilled
-    QList<ObjListRow> m_rows;
+    QList<int> m_keys;          // the grid's rows: the page's, or a status list's all
+    QHash<int, ObjListRow> m_cache;   // the rows read so far, by key
+    ObjSums m_sums;             // Label20 and Label21
     QSet<int> m_chosen;
     QString m_nextNumber;
     ObjFilter m_filter;         // the filter of the list shown

@@ -1,6 +1,10 @@
 #include "orders/objlist.h"
 
 #include "core/db.h"
+#include "core/text.h"
+
+#include <QHash>
+#include <QSet>
 
 #include <algorithm>
 
@@ -27,6 +31,14 @@ QString where(const ObjFilter &f)
 }
 } // namespace
 
+void ObjSums::add(const QString &castka, bool severalGrants)
+{
+    if (severalGrants)
+        return;
+    price += AmountOf(GetField(castka, 0));
+    booked += AmountOf(GetField(castka, 1));
+}
+
 bool ObjListCount(DbConnection &centre, const ObjFilter &filter, int *count)
 {
     QSqlQuery q = centre.query();
@@ -36,37 +48,90 @@ bool ObjListCount(DbConnection &centre, const ObjFilter &filter, int *count)
     return true;
 }
 
-namespace {
-bool readRows(DbConnection &centre, const QString &sql, const QVariantList &values, int statusIndex,
-              QList<ObjListRow> *rows)
+bool ObjListKeysOf(DbConnection &centre, const ObjFilter &filter, int statusIndex, ObjListKeys *list)
 {
+    const bool status = statusIndex >= 1 && statusIndex <= 4;
+    QString sql = where(filter);
+    QVariantList values = filter.values;
+    if (status) {
+        // The status entries are numbered as the colours of `stav`; 9 is undecided.
+        sql = QStringLiteral(" FORCE INDEX (objstav) WHERE stav IN (?, 9)")
+              + (filter.sql.isEmpty() ? QString() : QStringLiteral(" AND (") + filter.sql + QLatin1Char(')'));
+        values.prepend(statusIndex);
+    }
     QSqlQuery q = centre.query();
     q.setForwardOnly(true);
-    if (!centre.exec(q, sql, values))
+    if (!centre.exec(q, QStringLiteral("SELECT nom, stav, castka_sum, grant_multi FROM archobj") + sql + QStringLiteral(" ORDER BY cis_obj, nom"),
+                     values))
         return false;
-    rows->clear();
+    struct Entry {
+        int nom;
+        QString amounts;
+        bool severalGrants, colourOpen;
+    };
+    QList<Entry> entries;
+    QList<int> whole;
     while (q.next()) {
-        ObjListRow row = rowOf(q);
-        if (ObjColourFitsStatus(ObjColour(row.state), statusIndex))
-            rows->append(row);
+        Entry e{q.value(0).toInt(), q.value(2).toString(), q.value(3).toInt() != 0, status && q.value(1).toInt() == 9};
+        // The image holds 61 characters: at that length the amounts may be cut.
+        if (e.colourOpen || e.amounts.size() > 60)
+            whole << e.nom;
+        entries << e;
+    }
+    QList<ObjListRow> read;
+    if (!whole.isEmpty() && !ObjListRowsOf(centre, whole, &read))
+        return false;
+    QHash<int, const ObjListRow *> rowOfKey;
+    for (const ObjListRow &row : read)
+        rowOfKey.insert(row.nom, &row);
+    const QSet<int> wholeKeys(whole.begin(), whole.end());
+    list->noms.clear();
+    list->sums = {};
+    for (const Entry &e : entries) {
+        if (!wholeKeys.contains(e.nom)) {
+            list->noms << e.nom;
+            list->sums.add(e.amounts, e.severalGrants);
+            continue;
+        }
+        const ObjListRow *row = rowOfKey.value(e.nom);
+        if (!row || (e.colourOpen && !ObjColourFitsStatus(ObjColour(row->state), statusIndex)))
+            continue;   // gone meanwhile, or of another colour
+        list->noms << e.nom;
+        list->sums.add(row->castka, row->grant.contains(QLatin1Char(',')));
     }
     return true;
 }
-} // namespace
+
+bool ObjListRowsOf(DbConnection &centre, const QList<int> &noms, QList<ObjListRow> *rows)
+{
+    QHash<int, ObjListRow> found;
+    constexpr qsizetype Chunk = 500;
+    for (qsizetype at = 0; at < noms.size(); at += Chunk) {
+        QVariantList values;
+        for (int nom : noms.mid(at, Chunk))
+            values << nom;
+        QSqlQuery q = centre.query();
+        q.setForwardOnly(true);
+        const QString marks = QStringList(values.size(), QStringLiteral("?")).join(QLatin1Char(','));
+        if (!centre.exec(q, QStringLiteral("SELECT ") + Columns + QStringLiteral(" FROM archobj WHERE nom IN (") + marks + QLatin1Char(')'),
+                         values))
+            return false;
+        while (q.next()) {
+            const ObjListRow row = rowOf(q);
+            found.insert(row.nom, row);
+        }
+    }
+    rows->clear();
+    for (int nom : noms)
+        if (const auto it = found.constFind(nom); it != found.cend())
+            rows->append(*it);
+    return true;
+}
 
 bool ObjListRows(DbConnection &centre, const ObjFilter &filter, int statusIndex, QList<ObjListRow> *rows)
 {
-    QString sql = filter.sql;
-    QVariantList values = filter.values;
-    if (statusIndex >= 1 && statusIndex <= 4) {
-        // The status entries are numbered as the colours of `stav`; 9 is undecided.
-        sql = (sql.isEmpty() ? QString() : QLatin1Char('(') + sql + QStringLiteral(") AND ")) + QStringLiteral("stav IN (?, 9)");
-        values << statusIndex;
-    }
-    return readRows(centre,
-                    QStringLiteral("SELECT ") + Columns + QStringLiteral(" FROM archobj")
-                        + (sql.isEmpty() ? QString() : QStringLiteral(" WHERE ") + sql) + QStringLiteral(" ORDER BY cis_obj, nom"),
-                    values, statusIndex, rows);
+    ObjListKeys list;
+    return ObjListKeysOf(centre, filter, statusIndex, &list) && ObjListRowsOf(centre, list.noms, rows);
 }
 
 bool ObjListPage(DbConnection &centre, const ObjFilter &filter, int total, int start, int count,
@@ -81,8 +146,13 @@ bool ObjListPage(DbConnection &centre, const ObjFilter &filter, int total, int s
     values << count << (fromEnd ? total - start - count : start);
     const QString sql = QStringLiteral("SELECT ") + Columns + QStringLiteral(" FROM archobj JOIN (SELECT nom AS k FROM archobj")
                         + where(filter) + order + QStringLiteral(" LIMIT ? OFFSET ?) page ON nom = page.k") + order;
-    if (!readRows(centre, sql, values, 0, rows))
+    QSqlQuery q = centre.query();
+    q.setForwardOnly(true);
+    if (!centre.exec(q, sql, values))
         return false;
+    rows->clear();
+    while (q.next())
+        rows->append(rowOf(q));
     if (fromEnd)
         std::reverse(rows->begin(), rows->end());
     return true;
@@ -90,10 +160,10 @@ bool ObjListPage(DbConnection &centre, const ObjFilter &filter, int total, int s
 
 bool ObjListRowOf(DbConnection &centre, int nom, ObjListRow *row)
 {
-    QSqlQuery q = centre.query();
-    if (!centre.exec(q, QStringLiteral("SELECT ") + Columns + QStringLiteral(" FROM archobj WHERE nom = ?"), {nom}) || !q.next())
+    QList<ObjListRow> rows;
+    if (!ObjListRowsOf(centre, {nom}, &rows) || rows.isEmpty())
         return false;
-    *row = rowOf(q);
+    *row = rows.first();
     return true;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
-// The archive's list of orders read from the database: the rows a filter keeps, one page
-// of them or all, with what the grid and the colour need. The archive screen and the batch
-// command read it the same way.
+// The archive's list of orders read from the database: the keys of the rows a filter keeps,
+// with the sums of their amounts, and the rows themselves by key, a page or a painted part of
+// a list at a time. The archive screen and the batch command read it the same way.
 
 #include "orders/objrecord.h"
 
@@ -16,11 +16,30 @@ struct ObjListRow {
     ObjStateFields state;
 };
 
+// The sums of a list's price and booked amounts (Castka pieces 0 and 1). A row on several
+// grants (a comma in its Grant) is left out: its price belongs to no one grant.
+struct ObjSums {
+    double price = 0, booked = 0;
+    void add(const QString &castka, bool severalGrants);
+};
+
+// A list: the keys of its rows in number order, and its sums.
+struct ObjListKeys {
+    QList<int> noms;
+    ObjSums sums;
+};
+
 // The number of rows the filter keeps; false on a server error.
 bool ObjListCount(DbConnection &centre, const ObjFilter &filter, int *count);
-// Every row the filter keeps, in number order. With a status entry (1..4) only the rows whose
-// colour fits the status are kept; the server's column `stav` hands over just the rows of that
-// colour and those it leaves to the program, so the whole table is not read.
+// The keys and sums of every row the filter keeps. With a status entry (1..4) only the rows
+// whose colour fits the status are kept: the server's colour `stav` and the short images of
+// the texts the filter compares are read from one index, so a status list of thousands of
+// rows does not read the wide rows; only those whose colour the server leaves to the program,
+// or whose amounts are too long for their image, are read whole.
+bool ObjListKeysOf(DbConnection &centre, const ObjFilter &filter, int statusIndex, ObjListKeys *list);
+// The rows of the keys, in the keys' order; rows gone meanwhile are left out.
+bool ObjListRowsOf(DbConnection &centre, const QList<int> &noms, QList<ObjListRow> *rows);
+// Every row the filter keeps (the keys, then their rows).
 bool ObjListRows(DbConnection &centre, const ObjFilter &filter, int statusIndex, QList<ObjListRow> *rows);
 // The rows start .. start + count - 1 (in number order) of a list of total rows. The row keys
 // are counted off the index from whichever end of the list is nearer, then only the page's

@@ -116,15 +116,22 @@ QString ObjStatusFilterText(int statusIndex)
 
 namespace {
 // A status text as SQL: each "column op 'literal'" compared byte for byte (the server's
-// collation would take a single blank for the empty text), the literal bound.
+// collation would take a single blank for the empty text), the literal bound. The compared
+// columns have an image of their first nine characters in the table (<column>_f, indexed with
+// the colour), which answers a comparison with a literal of up to eight characters as the
+// whole text does; so a status list is read from the index alone.
 void statusToSql(const QString &text, QString *sql, QVariantList *values)
 {
     static const QRegularExpression clause(QStringLiteral("(\\w+) (=|<>) '([^']*)'"));
+    static const QStringList imaged{QStringLiteral("castka"), QStringLiteral("objwf"), QStringLiteral("dat_vyriz"),
+                                    QStringLiteral("objzauct")};
     qsizetype from = 0;
     for (auto it = clause.globalMatch(text); it.hasNext();) {
         const QRegularExpressionMatch m = it.next();
         *sql += text.mid(from, m.capturedStart() - from);
-        *sql += QStringLiteral("BINARY %1 %2 ?").arg(m.captured(1), m.captured(2));
+        const QString column = m.captured(1).toLower();
+        const bool image = imaged.contains(column) && m.captured(3).size() <= 8;
+        *sql += QStringLiteral("BINARY %1 %2 ?").arg(image ? column + QStringLiteral("_f") : m.captured(1), m.captured(2));
         *values << m.captured(3);
         from = m.capturedEnd();
     }

@@ -133,6 +133,9 @@ TEST(ObjState, ColourAndListFilterOnTheEdgeRows)
         {"0016/01", "abc5#", "", "05.01.2024", "", "", ObjColours::Yellow, {}},
         {"0017/01", "0,00-5#7", "", "", "X1", "", ObjColours::Grey, {}},
         {"0018/01", "NULL", "", "\u00a0", "", "", ObjColours::White, {}},
+        // A price too long for the list's image of the amounts: the row is read whole.
+        {"0019/01", "12,50                                                               #0,00#", "12.01.2024", "05.01.2024",
+         "", "", ObjColours::Red, {3}},
     };
     const auto code = [](const QColor &c) {
         return QList<QColor>{ObjColours::White, ObjColours::Yellow, ObjColours::Green, ObjColours::Red, ObjColours::Grey}.indexOf(c);
@@ -140,25 +143,44 @@ TEST(ObjState, ColourAndListFilterOnTheEdgeRows)
     EmptyCentre();
     for (const auto &r : rows)
         Insert({{"cis_obj", r.number}, {"Castka", r.castka}, {"Dat_vyriz", r.datVyriz}, {"objWF", r.objWF},
-                {"Cis_global", r.cisGlobal}, {"objZauct", r.objZauct}, {"Dat_obj", "2024-01-05 10:00:00"}});
+                {"Cis_global", r.cisGlobal}, {"objZauct", r.objZauct}, {"Dat_obj", "2024-01-05 10:00:00"},
+                {"Grant", QStringList{"0007/01", "0010/01", "0015/01"}.contains(r.number) ? "1201, 1202" : "1201"}});
     // Every row is of 2024, so the year keeps them all and the alternatives alone decide.
     DbConnection c(ConnStrFor(Centre));
     for (int status = 1; status <= 4; ++status) {
-        QStringList expected, coloured;
+        QStringList expected, coloured, both;
         for (const auto &r : rows) {
             if (r.statuses.contains(status))
                 expected << r.number;
             if (code(r.colour) == status)
                 coloured << r.number;
+            if (r.statuses.contains(status) && code(r.colour) == status)
+                both << r.number;
         }
         EXPECT_EQ(Kept(FilterObj(status, ObjStatusEntries()[status], "2024", false)), expected) << status;
-        const ObjFilter none = FilterObj(status, ObjStatusEntries()[status], "", false);
-        EXPECT_TRUE(none.sql.isEmpty()) << "without a year a status is left to the colours";
-        // The status list: the colour the server works out, or the program where it leaves it.
-        QList<ObjListRow> list;
-        ASSERT_TRUE(ObjListRows(c, none, status, &list));
-        EXPECT_EQ(Numbers(list), coloured) << status;
+        EXPECT_TRUE(FilterObj(status, ObjStatusEntries()[status], "", false).sql.isEmpty())
+            << "without a year a status is left to the colours";
+        // The status list: the colour the server works out, or the program where it leaves it,
+        // of the rows the filter keeps. Its sums, read off the index, are those of its rows read
+        // whole, rows on two grants left out.
+        for (const char *year : {"", "2024"}) {
+            const ObjFilter filter = FilterObj(status, ObjStatusEntries()[status], year, false);
+            QList<ObjListRow> list;
+            ObjListKeys keys;
+            ASSERT_TRUE(ObjListRows(c, filter, status, &list));
+            ASSERT_TRUE(ObjListKeysOf(c, filter, status, &keys));
+            EXPECT_EQ(Numbers(list), *year ? both : coloured) << status << year;
+            ObjSums whole;
+            for (const ObjListRow &row : list)
+                whole.add(row.castka, row.grant.contains(','));
+            EXPECT_EQ(keys.sums.price, whole.price) << status << year;
+            EXPECT_EQ(keys.sums.booked, whole.booked) << status << year;
+        }
     }
+    // The red rows: 0008 and the long price of 0019; 0007 is on two grants.
+    ObjListKeys red;
+    ASSERT_TRUE(ObjListKeysOf(c, ObjFilter{}, 3, &red));
+    EXPECT_EQ(red.sums.price, 1262.5);
     // The server's colour is the program's wherever it decides; plain texts it always decides.
     const QStringList stav = Column(Centre, "SELECT stav FROM archobj ORDER BY cis_obj");
     for (int i = 0; i < int(std::size(rows)); ++i)
