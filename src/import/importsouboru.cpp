@@ -123,16 +123,13 @@ QString FormatCastky(const QString &text)
 {
     QString amount = text;
     amount.replace(QLatin1Char(','), QLatin1Char('.'));
-    short width = 0;
-    if (amount.isEmpty()) {
-        QString zero;
-        return QStringLiteral("  ") + FormatCastka(zero, width);
+    if (!amount.isEmpty()) {
+        QString copy = amount;
+        if (!IsNumberText(copy))
+            return FindErrorMark;
     }
-    QString copy = amount;
-    if (!IsNumberText(copy))
-        return FindErrorMark;
-    // The formatter pads to the length of the plain number; the two blanks are the only lead.
-    return QStringLiteral("  ") + FormatCastka(amount, width).trimmed();
+    // The stored form of every amount, behind the two blanks of the import's rows.
+    return QStringLiteral("  ") + FormatAmount(amount);
 }
 
 QString DropLeadingZeros(const QString &grant)

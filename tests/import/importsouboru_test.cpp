@@ -40,7 +40,8 @@ TEST(ImportPieces, AmountsDatesPrefixesAndDataRecords)
 {
     // Amounts reach the reader with points for commas.
     for (const auto &[text, stored] : {std::pair{"100.00", "  100,00"}, {"", "  0,00"}, {"1234.5", "  1 234,50"}, {"1 234.5", "  1 234,50"},
-                                       {"-100.00", "  -100,00"}, {"-0.00", "  0,00"}, {"1.234.50", "   Find error !   "},
+                                       {"-100.00", "  -100,00"}, {"-616.50", "  -616,50"},
+                                       {"-1234567.5", "  -1 234 567,50"}, {"-0.00", "  0,00"}, {"1.234.50", "   Find error !   "},
                                        {"abc", "   Find error !   "}, {"1e308", "   Find error !   "},
                                        {"  ", "   Find error !   "}})
         EXPECT_EQ(FormatCastky(QString::fromUtf8(text)), QString::fromUtf8(stored)) << text;
