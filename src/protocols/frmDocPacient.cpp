@@ -269,7 +269,12 @@ void frmDocPacient::showProtocols()
         DbConnection centre(ConnStrCentre());
         if (!OpenOrFatal(centre))
             return;
-        m_protocols = ListProtocols(centre, p->key, currentFormId());
+        QString error;
+        auto rows = ListProtocols(centre, p->key, currentFormId(), &error);
+        if (rows)
+            m_protocols = std::move(*rows);
+        else
+            MsgBox(error, MsgWarning);
     }
     const QSignalBlocker block(MSFlexGrid2);
     MSFlexGrid2->setRowCount(int(m_protocols.size()));

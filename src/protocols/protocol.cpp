@@ -164,14 +164,17 @@ bool DeletePacient(DbConnection &centre, int key, QString *error)
 
 // --- protocols --------------------------------------------------------------------------
 
-std::vector<ProtocolRow> ListProtocols(DbConnection &centre, int idPac, int formId)
+std::optional<std::vector<ProtocolRow>> ListProtocols(DbConnection &centre, int idPac, int formId, QString *error)
 {
-    std::vector<ProtocolRow> rows;
     QSqlQuery q = centre.query();
-    if (centre.exec(q, QStringLiteral("SELECT * FROM archiv_prot WHERE id_pac=? AND (id=? OR ?=0) ORDER BY `key` ASC"),
-                    {idPac, formId, formId}))
-        while (q.next())
-            rows.push_back(protocolOf(q));
+    if (!centre.exec(q, QStringLiteral("SELECT * FROM archiv_prot WHERE id_pac=? AND (id=? OR ?=0) ORDER BY `key` ASC"),
+                     {idPac, formId, formId})) {
+        setError(error, QStringLiteral("Protokoly pacienta nelze načíst. ") + centre.errorText());
+        return std::nullopt;
+    }
+    std::vector<ProtocolRow> rows;
+    while (q.next())
+        rows.push_back(protocolOf(q));
     return rows;
 }
 

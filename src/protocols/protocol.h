@@ -57,8 +57,9 @@ struct ProtocolRow {
         color_fields, korekce_fields;
 };
 
-// The protocols of a patient on one form (formId 0: on every form), oldest first.
-std::vector<ProtocolRow> ListProtocols(DbConnection &centre, int idPac, int formId);
+// The protocols of a patient on one form (formId 0: on every form), oldest first; nullopt
+// with the message in error when they cannot be read.
+std::optional<std::vector<ProtocolRow>> ListProtocols(DbConnection &centre, int idPac, int formId, QString *error);
 std::optional<ProtocolRow> ReadProtocol(DbConnection &centre, int key);
 
 // The lists a saved protocol is made of.

@@ -238,8 +238,11 @@ bool ProtokolPdf(DbConnection &centre, DbConnection &sys, const QString &key, bo
 bool ProtokolListPdf(DbConnection &centre, DbConnection &sys, int idPac, int formId, const QString &folder,
                      QStringList *files, QString *error)
 {
+    const std::optional<std::vector<ProtocolRow>> rows = ListProtocols(centre, idPac, formId, error);
+    if (!rows)
+        return false;
     const QString logo = LogoToTemp(sys, Session().TempDir);
-    for (const ProtocolRow &row : ListProtocols(centre, idPac, formId)) {
+    for (const ProtocolRow &row : *rows) {
         const QString file = ProtocolPdfPath(row.cislo_prot, folder);
         if (!WriteProtocolPdf(pageOf(sys, row, logo), file)) {
             if (error)

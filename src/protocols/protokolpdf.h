@@ -36,7 +36,7 @@ bool ProtokolPdf(DbConnection &centre, DbConnection &sys, const QString &key, bo
 // Prints the list of a patient: every protocol of the patient's key on that form (0: on
 // every form), each to its own file as ProtokolPdf names it in the folder (empty:
 // PROTOKOLY_SAVE), none opened. The files written go to files, in the list's order; false
-// with a message in error at the first file that cannot be written.
+// with a message in error when the list cannot be read or at the first file that cannot be written.
 bool ProtokolListPdf(DbConnection &centre, DbConnection &sys, int idPac, int formId, const QString &folder,
                      QStringList *files, QString *error);
 

@@ -263,6 +263,12 @@ TEST(ProtokolListPdf, BatchVerbPrintsThePatientsProtocols)
     const std::string text = PdfText(later);
     for (const char *expected : {"BIOPTICKÉ VYŠETŘENÍ", "17/2026", "20.11.2026 08:30", "Dvořák"})
         EXPECT_NE(text.find(expected), std::string::npos) << expected << "\n" << text;
+
+    // A list that cannot be read is a failure, not a patient without protocols.
+    Exec(QStringLiteral("fondarix_ofk"), "DROP VIEW archiv_prot");
+    const CliRun broken = Cli({"protocol", "list-pdf", "3", "--dir", d + "/none"});
+    EXPECT_EQ(broken.code, 1);
+    EXPECT_TRUE(broken.err.contains("protocol list-pdf: Protokoly pacienta nelze načíst. ")) << broken.err.toStdString();
 }
 
 TEST(ProtokolPdf, FileNamesFieldsAndTheCorrectionPageFromAPage)

@@ -329,4 +329,11 @@ TEST(frmDocPacient, PatientsProtocolFillLockCorrectionsAndPdf)
     Click(&screen, "cmdDelPac");
     EXPECT_TRUE(messages.saw("Opravdu si přejete smazat pacienta? "));
     EXPECT_EQ(patients->rowCount(), 20);
+
+    // A list that cannot be read is said, not shown empty.
+    SelectRow(patients, 1, QStringLiteral("Veselý Tomáš"));
+    Exec(centre, "DROP VIEW archiv_prot");
+    SelectRow(patients, 1, QStringLiteral("Dvořák Petr"));
+    EXPECT_TRUE(messages.lastText().startsWith("Protokoly pacienta nelze načíst. ")) << messages.lastText().toStdString();
+    EXPECT_EQ(protocols->rowCount(), 0);
 }
