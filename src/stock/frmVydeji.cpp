@@ -16,6 +16,8 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 // The journal as the grid shows it: every row counted, a page read from the server when the
 // grid first asks for one of its rows, and only the pages seen last kept.
 class JournalModel : public QAbstractTableModel {
@@ -64,14 +66,43 @@ private:
             m_recent.append(page);
             return *found;
         }
+        if (m_broken)
+            return m_failed;
+        QVector<JournalRow> rows;
+        QString error;
+        if (!ReadJournal(m_centre, m_sklad, page * PageSize, PageSize, &rows, &error)) {
+            readFailed(page, error);
+            return m_failed;
+        }
         if (m_recent.size() >= PagesKept)
             m_pages.remove(m_recent.takeFirst());
-        QVector<JournalRow> rows;
-        // A page that cannot be read stays empty; the next look at it tries again.
-        if (!ReadJournal(m_centre, m_sklad, page * PageSize, PageSize, &rows, nullptr))
-            return m_failed;
         m_recent.append(page);
         return *m_pages.insert(page, std::move(rows));
+    }
+
+    // The journal stops reading: the pages held stay (none is dropped any more), the rows
+    // from the failed page on leave the grid unless a later page is held, and the user is
+    // told once. Both wait until the view has finished asking, which it does while painting.
+    void readFailed(int page, const QString &error) const
+    {
+        m_broken = true;
+        auto *self = const_cast<JournalModel *>(this);
+        QMetaObject::invokeMethod(
+            self,
+            [self, page, error] {
+                const QList<int> held = self->m_pages.keys();
+                const bool laterHeld = std::any_of(held.begin(), held.end(), [page](int p) { return p > page; });
+                const int kept = std::min(self->m_rows, page * PageSize);
+                if (!laterHeld && kept < self->m_rows) {
+                    self->beginRemoveRows(QModelIndex(), kept, self->m_rows - 1);
+                    self->m_rows = kept;
+                    self->endRemoveRows();
+                }
+                MsgBox(QStringLiteral("Další řádky výdeje nelze načíst, zobrazeny zůstávají řádky načtené dříve.\n")
+                           + error,
+                       MsgWarning);
+            },
+            Qt::QueuedConnection);
     }
 
     DbConnection &m_centre;
@@ -79,6 +110,7 @@ private:
     int m_rows;
     mutable QHash<int, QVector<JournalRow>> m_pages;
     mutable QList<int> m_recent;
+    mutable bool m_broken = false;
     const QVector<JournalRow> m_failed;
 };
 

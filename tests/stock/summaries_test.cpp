@@ -222,6 +222,26 @@ TEST(frmVydeji, JournalOfAWarehouseAndItsPrint)
     EXPECT_EQ(Child<QLabel>(&big, "lblZaznam")->text(), "Záznam číslo: 450");
     EXPECT_EQ(Rows(Bytes(big.cmdArchVyd_Click())), 450);   // the print takes the whole journal
     SaveScreen(&big, "frmVydeji_konec");
+
+    // A page that cannot be read once the journal is open: said once, the rows read before stay
+    // and the grid ends where they end.
+    frmVydeji broken;
+    broken.OpenFile = "Velký~Skl1";
+    ASSERT_TRUE(broken.Load());
+    m = Child<QTableView>(&broken, "DataGrid1")->model();
+    const QString first = m->index(0, 4).data().toString();
+    Exec(Centre, "RENAME TABLE CHEM_VYD TO CHEM_VYD_pryc");
+    const size_t before = messages.shown.size();
+    EXPECT_EQ(m->index(250, 4).data().toString(), "");
+    EXPECT_EQ(m->index(420, 4).data().toString(), "");
+    QApplication::sendPostedEvents();
+    ASSERT_EQ(messages.shown.size(), before + 1);
+    EXPECT_TRUE(messages.lastText().startsWith("Další řádky výdeje nelze načíst, zobrazeny zůstávají řádky načtené dříve.\n"))
+        << messages.lastText().toStdString();
+    EXPECT_EQ(m->rowCount(), 200);
+    EXPECT_EQ(m->index(0, 4).data().toString(), first);
+    EXPECT_EQ(m->index(199, 4).data().toString(), read.value(199).section('|', 2));
+    Exec(Centre, "RENAME TABLE CHEM_VYD_pryc TO CHEM_VYD");
 }
 
 TEST(frmCHEMIK, SummariesOfOrderedGoodsAskFirst)
