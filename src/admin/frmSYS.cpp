@@ -154,6 +154,8 @@ frmSYS::frmSYS(QWidget *parent) : QDialog(parent)
     txtDBStred = named(new QLineEdit(this), QStringLiteral("txtDBStred"));
     txtIPstred = named(new QLineEdit(this), QStringLiteral("txtIPstred"));
     txtIPDB = named(new QLineEdit(this), QStringLiteral("txtIPDB"));
+    chkLekarna = named(new QCheckBox(QStringLiteral("Lékárna (v objednávkách se jako středisko nenabízí)"), this),
+                       QStringLiteral("chkLekarna"));
 
     cmdUsers = command(this, "cmdUsers", QStringLiteral("Editace uživatele"));
     cmdGrant = command(this, "cmdGrant", QStringLiteral("Řešitelé GRANTů"));
@@ -267,6 +269,7 @@ frmSYS::frmSYS(QWidget *parent) : QDialog(parent)
     centreFields->addRow(QStringLiteral("MySQL DB:"), txtDBStred);
     centreFields->addRow(QStringLiteral("IP PC:"), txtIPstred);
     centreFields->addRow(QStringLiteral("IP serveru:"), txtIPDB);
+    centreFields->addRow(chkLekarna);
     centres->addLayout(centreFields);
     auto *centreButtons = new QHBoxLayout;
     for (QPushButton *b : {cmdAdd, cmdSaveStred, cmdDelete})
@@ -441,6 +444,7 @@ void frmSYS::showCentre()
     txtDBStred->setText(r.database);
     txtIPstred->setText(r.ipPc);
     txtIPDB->setText(r.ipServer);
+    chkLekarna->setChecked(r.lekarna);
     cmdDelete->setEnabled(r.id > 0);
     cmdSaveStred->setEnabled(r.id > 0);
 }
@@ -455,6 +459,7 @@ CentreRow frmSYS::centreFromFields() const
     r.database = txtDBStred->text();
     r.ipPc = txtIPstred->text();
     r.ipServer = txtIPDB->text();
+    r.lekarna = chkLekarna->isChecked();
     return r;
 }
 

@@ -79,6 +79,7 @@ private:
     QLineEdit *txtFirma, *txtAdresa, *txtPSC, *txtMesto, *txtICO, *txtDIC, *txtUcet, *txtBanka, *txtUcet2, *txtNewdate;
     QTableWidget *MSFlexGrid2;
     QLineEdit *txtKodStred, *txtStredisko, *txtDBStred, *txtIPstred, *txtIPDB;
+    QCheckBox *chkLekarna;
     QPushButton *cmdUsers, *cmdGrant, *cmdPrik, *cmdSprav, *cmdSeznam, *cmdPageSetup, *Command1, *cmdAdd, *cmdDelete,
         *cmdSaveStred, *cmdOk, *cmdClose;
     QPushButton *cmdFile[FooterSlotCount + 1];   // 1..6, as the footer types

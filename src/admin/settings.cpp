@@ -233,7 +233,8 @@ bool ReadCentres(DbConnection &sys, const QString &database, const QString &addr
         while (q.next())
             rows->append({q.value(QStringLiteral("id")).toInt(), FieldText(q, QStringLiteral("code_stredisko")),
                           FieldText(q, QStringLiteral("name_stredisko")), FieldText(q, QStringLiteral("mysql_db")),
-                          FieldText(q, QStringLiteral("ip_pc")), FieldText(q, QStringLiteral("ip_server"))});
+                          FieldText(q, QStringLiteral("ip_pc")), FieldText(q, QStringLiteral("ip_server")),
+                          q.value(QStringLiteral("lekarna")).toInt() != 0});
         return true;
     };
     if (!read())
@@ -262,10 +263,10 @@ QString CentreProblem(const CentreRow &row)
 bool AddCentre(DbConnection &sys, const CentreRow &row, int *id)
 {
     QSqlQuery q = sys.query();
-    if (!sys.exec(q, QStringLiteral("INSERT INTO sys_db_kvl (code_stredisko, name_stredisko, mysql_db, ip_pc, ip_server) "
-                                    "VALUES (?,?,?,?,?)"),
+    if (!sys.exec(q, QStringLiteral("INSERT INTO sys_db_kvl (code_stredisko, name_stredisko, mysql_db, ip_pc, ip_server, "
+                                    "lekarna) VALUES (?,?,?,?,?,?)"),
                   {row.code.trimmed(), row.name.trimmed(), row.database.trimmed(), row.ipPc.trimmed(),
-                   row.ipServer.trimmed()}))
+                   row.ipServer.trimmed(), int(row.lekarna)}))
         return false;
     *id = q.lastInsertId().toInt();
     return true;
@@ -274,9 +275,9 @@ bool AddCentre(DbConnection &sys, const CentreRow &row, int *id)
 bool SaveCentre(DbConnection &sys, const CentreRow &row)
 {
     return sys.exec(QStringLiteral("UPDATE sys_db_kvl SET code_stredisko=?, name_stredisko=?, mysql_db=?, ip_pc=?, "
-                                   "ip_server=? WHERE id=?"),
+                                   "ip_server=?, lekarna=? WHERE id=?"),
                     {row.code.trimmed(), row.name.trimmed(), row.database.trimmed(), row.ipPc.trimmed(),
-                     row.ipServer.trimmed(), row.id});
+                     row.ipServer.trimmed(), int(row.lekarna), row.id});
 }
 
 bool DeleteCentre(DbConnection &sys, int id)

@@ -67,8 +67,10 @@ bool ReadNames(DbConnection &sys, const QString &table, QStringList *names);
 struct CentreRow {
     int id = 0;
     QString code, name, database, ipPc, ipServer;
+    bool lekarna = false;   // the pharmacy's row: kept here, not offered as a centre of the orders
 };
-// The centres by code. An empty table first gets the one starting row, whose statement
+// Every row of the table by code, the pharmacy's included: this is where the rows are kept,
+// while the order screens pass over the pharmacy. An empty table first gets the one starting row, whose statement
 // the server refuses (a point stands for a comma between its first two values): the refusal
 // is passed over and the table stays empty.
 bool ReadCentres(DbConnection &sys, const QString &database, const QString &address, QVector<CentreRow> *rows);

@@ -269,12 +269,20 @@ TEST(frmSYS, CentresFirstInsertFailsAsItAlwaysHasThenAddSaveDelete)
                                                  "520|Kardiologie|fondarix_kar|10.0.0.6|10.0.0.1"}));
     ASSERT_EQ(grid->rowCount(), 2);
     EXPECT_EQ(grid->item(grid->currentRow(), 0)->text(), QStringLiteral("520"));
+    // The pharmacy's row is kept here like the others, marked; the orders pass over it.
+    auto *lekarna = Child<QCheckBox>(sys, "chkLekarna");
+    lekarna->setChecked(true);
+    Click(sys, "cmdSaveStred");
+    EXPECT_EQ(Column(Sys, QStringLiteral("SELECT code_stredisko FROM sys_db_kvl WHERE lekarna=1")), QStringList{"520"});
+    ASSERT_EQ(grid->rowCount(), 2);
+    EXPECT_TRUE(lekarna->isChecked());
     sys->findChild<QTabWidget *>()->setCurrentIndex(3);
     SaveScreen(sys, QStringLiteral("frmSYS-strediska"));
 
     // A database name that would break statements is refused.
     grid->setCurrentCell(0, 0);
     EXPECT_EQ(Box(sys, "txtStredisko")->text(), QStringLiteral("Oddělení 'OFK'"));
+    EXPECT_FALSE(lekarna->isChecked());
     Box(sys, "txtDBStred")->setText(QStringLiteral("ofk`; DROP DATABASE x"));
     Click(sys, "cmdSaveStred");
     EXPECT_TRUE(messages.lastText().contains(QStringLiteral("písmena bez diakritiky")));
