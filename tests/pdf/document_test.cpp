@@ -13,7 +13,7 @@ const char *const kCzech = "Příliš žluťoučký kůň úpěl ďábelské ód
 // do, the dry run adds figures of its own where the measures fall short of
 // the bytes written: a plain Rectangle writes 3 bytes more than it counts,
 // MoveTo and LineTo 1 more each, Path has none, DrawImg counts 1 over. So
-// /Length comes out exact.
+// /Length comes out exact. Below the logo, pictures of the other depths.
 int32_t RequestPage(clsPDFCreator &pdf, bool measure)
 {
     int32_t total = 0, len = 0;
@@ -32,11 +32,18 @@ int32_t RequestPage(clsPDFCreator &pdf, bool measure)
     text(3, 25, "ŽÁDANKA - č.", "Fnt1b", 10);
     text(3, 19, kCzech, "Fnt1a", 12);
     text(2, 1.5f, "IČO          Bankovní spojení", "Fnt1a", 8);
-    pdf.DrawImg("Img1", 2.5f, 26.2f, 17.2f, 2.7f, measure, len);
-    return total + len - 1;
+    for (int i = 1; i <= 4; ++i) {
+        if (i == 1)
+            pdf.DrawImg("Img1", 2.5f, 26.2f, 17.2f, 2.7f, measure, len);
+        else
+            pdf.DrawImg("Img" + std::to_string(i), 2 + 4.5f * float(i - 2), 20, 4, 4, measure, len);
+        total += len - 1;
+    }
+    return total;
 }
 
-// The order form as the callers build it: properties, dry run, fonts, stream, page, logo.
+// The order form as the callers build it: properties, dry run, fonts, stream,
+// page, the logo in 24 bits, then pictures in 1, 4 (loaded gray) and 8 bits.
 fs::path OrderDocument(const fs::path &path)
 {
     clsPDFCreator pdf;
@@ -55,14 +62,22 @@ fs::path OrderDocument(const fs::path &path)
     pdf.EndStrem();
     int16_t content = 0;
     pdf.TypePage(content);
-    const fs::path logo = ScratchFile(".logo.bmp");
-    WriteFile(logo, MakeBMP24(150, 30, [](int x, int y) {
-                  const auto v = uint8_t(y > 10 && y < 20 && x > 20 && x < 130 ? 30 : 200 - y * 3);
-                  return std::array<uint8_t, 3>{v, v, uint8_t(255 - v)};
-              }));
-    bool ok = false;
-    pdf.LoadImgFromBMPFile("Img1", logo.string(), false, "", ok);
-    EXPECT_TRUE(ok);
+    const std::string pictures[] = {
+        MakeBMP24(150, 30, [](int x, int y) {
+            const auto v = uint8_t(y > 10 && y < 20 && x > 20 && x < 130 ? 30 : 200 - y * 3);
+            return std::array<uint8_t, 3>{v, v, uint8_t(255 - v)};
+        }),
+        MakeBMP(1, 32, 16, {0, 0, 0, 0, 255, 255, 255, 0}, Rows(16, 4, 4)),
+        MakeBMP(4, 8, 8, Palette(16), Rows(8, 4, 4)),
+        MakeBMP(8, 10, 10, Palette(256), Rows(10, 10, 12)),
+    };
+    for (int i = 1; i <= 4; ++i) {
+        const fs::path bmp = ScratchFile("." + std::to_string(i) + ".bmp");
+        WriteFile(bmp, pictures[i - 1]);
+        bool ok = false;
+        pdf.LoadImgFromBMPFile("Img" + std::to_string(i), bmp.string(), i == 3, "", ok);
+        EXPECT_TRUE(ok) << i;
+    }
     pdf.SetPages(1); // left at 0, poppler finds no page
     pdf.CreatePDFZaver(pdf);
     pdf.ClosePDFFile({});
@@ -106,25 +121,50 @@ TEST(Document, OrderFormBytesAndWhatTheToolsRead)
 {
     const fs::path path = OrderDocument(SampleDir() / "order_form.pdf");
     const std::string pdf = ReadFile(path);
-    // Info, two fonts of four objects, content, page, image and its length,
-    // catalog, then pages and resources written at the close.
-    EXPECT_EQ(ObjectOrder(pdf), (std::vector<int>{1, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 2, 3}));
+    // Info, two fonts of four objects, content, page, the images with their
+    // lengths and palettes, catalog, then pages and resources written at the close.
+    std::vector<int> order{1};
+    for (int i = 5; i <= 26; ++i)
+        order.push_back(i);
+    order.insert(order.end(), {2, 3});
+    EXPECT_EQ(ObjectOrder(pdf), order);
     ExpectXrefAndLengths(pdf);
     EXPECT_TRUE(std::regex_search(
         pdf, std::regex("^%PDF-1\\.3\r\n1 0 obj\r\n<<\r/Title \\(OBJEDNAVKA\\)\r/Author \\([^\r]*\\)\r"
                         "/Creator  \\(KS4 PDFCreator\\)\r/Producer \\([^\r]*\\)\r"
                         "/CreationDate \\(D:20[0-9]{12}\\+01'00'\\)\r>>\r\nendobj\r\n5 0 obj\r\n")));
-    EXPECT_NE(pdf.find("\r\nxref\r\n0 18\r\n0000000000 65535 f\r\n"), std::string::npos);
-    EXPECT_NE(pdf.find("2 0 obj\r\n<<\r/Type/Pages\r/Kids[\r14 0 R\r]\r/Count 1\r/Resources 3 0 R\r>>\r\n"),
+    // The page in centimetres, its text in Windows-1250; the frame is one centimetre wider than asked for.
+    EXPECT_NE(pdf.find("13 0 obj\r\n<<\r/Length 500\r>>\rstream\r\nn\r\n56.69 56.69 515.91 680.31 re\r\nS\r\n"
+                       "56.693 722.835 m\r\n572.598 822.047 l\r\nS\r\nBT\r\n/Fnt1b 10 Tf\r\n85.04 708.66 Td\r\n"
+                       "(\x8E\xC1" "DANKA - \xE8.) Tj\r\nET\r\nBT\r\n/Fnt1a 12 Tf\r\n85.04 538.58 Td\r\n"
+                       "(P\xF8\xEDli\x9A \x9Elu\x9Dou\xE8k\xFD k\xF9\xF2 \xFAp\xECl \xEF\xE1" "belsk\xE9 \xF3" "dy) Tj\r\nET\r\n"
+                       "BT\r\n/Fnt1a 8 Tf\r\n56.69 42.52 Td\r\n(I\xC8O          Bankovn\xED spojen\xED) Tj\r\nET\r\n"
+                       "q\r487.559 0 0 76.535 70.866 742.677 cm\r/Img1 Do\rQ\r\n"
+                       "q\r113.386 0 0 113.386 56.693 566.929 cm\r/Img2 Do\rQ\r\n"
+                       "q\r113.386 0 0 113.386 184.252 566.929 cm\r/Img3 Do\rQ\r\n"
+                       "q\r113.386 0 0 113.386 311.811 566.929 cm\r/Img4 Do\rQ\r\nendstream\r\nendobj\r\n"),
               std::string::npos);
-    EXPECT_NE(pdf.find("3 0 obj\r\n<<\r/ProcSet[/PDF/Text /ImageB /ImageC /ImageI ]\r/Font <<\r"
-                       "/Fnt1a 8 0 R \r/Fnt1b 12 0 R \r>>\r/XObject <<\r/Img1 15 0 R \r\r>>\r>>\r\n"),
+    EXPECT_NE(pdf.find("2 0 obj\r\n<<\r/Type/Pages\r/Kids[\r14 0 R\r]\r/Count 1\r/Resources 3 0 R\r>>\r\nendobj\r\n"
+                       "3 0 obj\r\n<<\r/ProcSet[/PDF/Text /ImageB /ImageC /ImageI ]\r/Font <<\r/Fnt1a 8 0 R \r/Fnt1b 12 0 R \r>>\r"
+                       "/XObject <<\r/Img1 15 0 R \r/Img2 17 0 R \r/Img3 20 0 R \r/Img4 23 0 R \r\r>>\r>>\r\nendobj\r\n"
+                       "xref\r\n0 27\r\n0000000000 65535 f\r\n"),
               std::string::npos);
-    EXPECT_TRUE(pdf.ends_with("trailer\r<<\r/Size 17\r/Info 1 0 R\r/Root 17 0 R\r>>\r\nstartxref\r" +
+    // The old reader keeps each palette entry's blue, green, red as they stand and weighs gray
+    // 0.33 blue, 0.59 green, 0.11 red; 8-bit rows lose their padding, 4-bit ones keep it.
+    std::string palette;
+    for (int e = 0; e < 256; ++e)
+        palette += {char(e), char(e + 1), char(e + 2)};
+    EXPECT_NE(pdf.find("20 0 obj\r\n<<\r/Type /XObject\r/Subtype /Image\r/Name /Img3\r/Width 8\r/Height 8\r\n"
+                       "/BitsPerComponent 4\r/ColorSpace [/Indexed /DeviceGray 15 22 0 R]\r/Length 21 0 R\r\n>>\rstream\r" +
+                       Rows(8, 4, 4) + "\rendstream\r\nendobj\r\n21 0 obj\r\n32\r\nendobj\r\n22 0 obj\r\n<</Length 16 >>\rstream\r" +
+                       std::string("\0\1\2\3\4\5\6\10\11\12\13\14\15\16\17\20", 16) +
+                       "\rendstream\r\nendobj\r\n23 0 obj\r\n<<\r/Type /XObject\r/Subtype /Image\r/Name /Img4\r/Width 10\r"
+                       "/Height 10\r\n/BitsPerComponent 8\r/ColorSpace [/Indexed /DeviceRGB 255 25 0 R]\r/Length 24 0 R\r\n>>\rstream\r" +
+                       Rows(10, 10, 10) + "\rendstream\r\nendobj\r\n24 0 obj\r\n100\r\nendobj\r\n"
+                       "25 0 obj\r\n<</Length 768 >>\rstream\r" + palette + "\rendstream\r\nendobj\r\n"),
+              std::string::npos);
+    EXPECT_TRUE(pdf.ends_with("trailer\r<<\r/Size 26\r/Info 1 0 R\r/Root 26 0 R\r>>\r\nstartxref\r" +
                               std::to_string(pdf.rfind("xref\r\n0 ")) + "\r\n%%EOF\r\r\n"));
-    // The text reaches the file in Windows-1250.
-    EXPECT_NE(pdf.find("(P\xF8\xED\x6Ci\x9A \x9Elu\x9Do\x75\xE8k\xFD k\xF9\xF2 \xFAp\xECl \xEF\xE1\x62\x65lsk\xE9 \xF3\x64y) Tj"),
-              std::string::npos);
     ExpectQpdfAccepts(path);
     if (!HaveTool("pdftoppm") || !HaveTool("pdftotext"))
         GTEST_SKIP() << "poppler tools missing";

@@ -1,5 +1,5 @@
-// Colours, line styles, paths, the image placement and the page structure
-// of both page paths.
+// Colours, line styles, paths and the page structure of both page paths;
+// rectangles, lines and images as placed on a page are in the document test.
 
 #include "testpdf.h"
 
@@ -44,48 +44,16 @@ TEST(Graphics, StateOperatorsAndPathOptions)
               "h\r\nS\r\nf\r\nB\r\nb\r\n0 w\r\n");
 }
 
-TEST(Graphics, MeasuresOfRectangleMoveLineAndImage)
+TEST(Graphics, RoundedRectangleAndArcsInPoints)
 {
-    int32_t rect, move, line, image;
-    EXPECT_EQ(Written([&](clsPDFCreator &pdf) {
-                  pdf.Rectangle(2, 2, 17.2f, 24, 1, 0, true, rect);
-                  pdf.MoveTo(1, 2, true, move);
-                  pdf.LineTo(3.25f, 4, 0, true, line);
-                  pdf.DrawImg("Img1", 1, 2, 3.004f, 1.5f, true, image);
+    // Radius 8 is cut to half the height, 5; k = 2.75. The path is left open.
+    EXPECT_EQ(InPoints([](clsPDFCreator &pdf) {
+                  int32_t len;
+                  pdf.Rectangle(0, 0, 20, 10, 1, 8, false, len);
               }),
-              "");
-    int32_t len = -1;
-    // The frame is one centimetre wider than asked for.
-    EXPECT_EQ(Written([&](clsPDFCreator &pdf) {
-                  pdf.Rectangle(2, 2, 17.2f, 24, 1, 0, false, len);
-                  EXPECT_EQ(len, 0);
-                  pdf.MoveTo(1, 2, false, len);
-                  pdf.LineTo(3.25f, 4, 0, false, len);
-                  pdf.DrawImg("Img1", 1, 2, 3.004f, 1.5f, false, len);
-                  EXPECT_EQ(len, 0);
-              }),
-              "n\r\n56.69 56.69 515.91 680.31 re\r\nS\r\n28.346 56.693 m\r\n92.126 113.386 l\r\n"
-              "q\r85.039 0 0 42.52 28.346 56.693 cm\r/Img1 Do\rQ\r\n");
-    // The re line + 5; MoveTo and LineTo one byte short, DrawImg one over.
-    EXPECT_EQ(rect, 33);
-    EXPECT_EQ(move, 16);
-    EXPECT_EQ(line, 17);
-    EXPECT_EQ(image, 49);
-}
-
-TEST(Graphics, RoundedRectangleClampsItsRadiusAndLeavesThePathOpen)
-{
-    const std::string out = InPoints([](clsPDFCreator &pdf) {
-        int32_t len;
-        pdf.Rectangle(0, 0, 20, 10, 1, 8, false, len);
-    });
-    // Radius 8 is cut to half the height, 5; k = 2.75.
-    EXPECT_TRUE(out.starts_with("n\r\n5 0 m\r\n15 0 l\r\n17.75 0 20 2.25 20 5 c\r\n20 5 l\r\n")) << out;
-    EXPECT_TRUE(out.ends_with("\r\n0 5 l\r\n0 2.25 2.25 0 5 0 c\r\n")) << out;
-}
-
-TEST(Graphics, ArcIsAPolygonOfStepDegrees)
-{
+              "n\r\n5 0 m\r\n15 0 l\r\n17.75 0 20 2.25 20 5 c\r\n20 5 l\r\n20 7.75 17.75 10 15 10 c\r\n5 10 l\r\n"
+              "2.25 10 0 7.75 0 5 c\r\n0 5 l\r\n0 2.25 2.25 0 5 0 c\r\n");
+    // An arc is a polygon of step degrees.
     EXPECT_EQ(InPoints([](clsPDFCreator &pdf) { pdf.Arc(100, 100, 10, 0, 90, 1, false, 0, 45, 1); }),
               "n\r\n100 100 m\r\n110 100 m\r\n110 100 l\r\n107.071 107.071 l\r\n100 110 l\r\nS\r\n");
     // Fill forces the pie: no move to the start, a line back to the centre.

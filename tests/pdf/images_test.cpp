@@ -1,4 +1,4 @@
-// The BMP readers, the image objects and BMP files that lie.
+// The BMP reader, image objects from buffers and arrays, and BMP files that lie.
 
 #include "testpdf.h"
 
@@ -51,47 +51,25 @@ std::string LoadedObjects(const std::string &bmp, bool gray, bool &ok)
     return Written([&](clsPDFCreator &pdf) { pdf.LoadImgFromBMPFile("Img1", path.string(), gray, "", ok); });
 }
 
-// Rows of `bytes` bytes each, counting up, padded with 0xEE to `stride`.
-std::string Rows(int height, int bytes, int stride)
-{
-    std::string rows;
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < bytes; ++x)
-            rows += char(y * 16 + x);
-        rows.append(std::size_t(stride - bytes), '\xEE');
-    }
-    return rows;
-}
-
-std::vector<uint8_t> Palette(int entries)
-{
-    std::vector<uint8_t> palette;
-    for (int e = 0; e < entries; ++e)
-        palette.insert(palette.end(), {uint8_t(e), uint8_t(e + 1), uint8_t(e + 2), 0});
-    return palette;
-}
-
 std::vector<uint8_t> Bytes(const std::string &s) { return {s.begin(), s.end()}; }
 
 } // namespace
 
-TEST(Bmp, OnlyEightBitRowsLoseTheirPadding)
+// The new reader; the old one, which LoadImgFromBMPFile uses, differs only in
+// the palette and is read back in the document test.
+TEST(Bmp, RowsOfEveryDepthAndThePaletteOfTheNewReader)
 {
-    // bits, width, bytes of pixels and of the whole row, bytes kept a row.
+    // bits, width, bytes of pixels and of the whole row, bytes kept a row:
+    // only 8-bit rows lose their padding.
     for (const auto &[bits, width, bytes, stride, kept] : std::vector<std::array<int, 5>>{
              {8, 10, 10, 12, 10}, {8, 8, 8, 8, 8}, {1, 10, 2, 4, 4}, {1, 32, 4, 4, 4}, {4, 6, 3, 4, 4}, {4, 8, 4, 4, 4}}) {
         const Picture p = ReadNew(MakeBMP(uint16_t(bits), width, 3, Palette(1 << bits), Rows(3, bytes, stride)));
         ASSERT_TRUE(p.ok) << bits << " bits, width " << width;
         EXPECT_EQ(p.data, Bytes(Rows(3, bytes, kept))) << bits << " bits, width " << width;
-        EXPECT_EQ(p.width, width);
-        EXPECT_EQ(p.height, 3);
-        EXPECT_EQ(p.bits, bits);
+        EXPECT_EQ((std::array<int32_t, 3>{p.width, p.height, p.bits}), (std::array<int32_t, 3>{width, 3, bits}));
         EXPECT_EQ(p.palette.size(), 3u << bits);
     }
-}
-
-TEST(Bmp, TwentyFourBitTurnsToRgbAndSkipsPadding)
-{
+    // 24 bits turn to red, green, blue and skip the padding.
     auto pixel = [](int x, int y) { return std::array<uint8_t, 3>{uint8_t(x), uint8_t(y), uint8_t(100 + x)}; };
     for (int width : {10, 8, 7}) {
         const Picture p = ReadNew(MakeBMP24(width, 2, pixel));
@@ -106,37 +84,10 @@ TEST(Bmp, TwentyFourBitTurnsToRgbAndSkipsPadding)
     const std::vector<std::array<uint8_t, 3>> bgr = {{0, 0, 255}, {255, 255, 255}, {100, 200, 50}};
     EXPECT_EQ(ReadNew(MakeBMP24(3, 1, [&](int x, int) { return bgr[std::size_t(x)]; }), true).data,
               (std::vector<uint8_t>{84, 255, 145}));
-}
-
-TEST(Bmp, TheTwoReadersDifferInThePalette)
-{
     // Entry 0 is blue 1, green 2, red 3; entry 1 blue 201, green 101, red 1.
     const std::string bmp = MakeBMP(1, 32, 1, {1, 2, 3, 0, 201, 101, 1, 0}, std::string(4, '\x55'));
     EXPECT_EQ(ReadNew(bmp).palette, (std::vector<uint8_t>{3, 2, 1, 1, 101, 201}));
     EXPECT_EQ(ReadNew(bmp, true).palette, (std::vector<uint8_t>{2, 82}));
-    bool ok = false;
-    // The old reader keeps blue, green, red and weighs blue by 0.33.
-    EXPECT_NE(LoadedObjects(bmp, false, ok).find("<</Length 6 >>\rstream\r\x01\x02\x03\xC9\x65\x01\rendstream"),
-              std::string::npos);
-    EXPECT_TRUE(ok);
-    const std::string gray = LoadedObjects(bmp, true, ok);
-    EXPECT_NE(gray.find("/ColorSpace [/Indexed /DeviceGray 1 7 0 R]"), std::string::npos);
-    EXPECT_NE(gray.find("<</Length 2 >>\rstream\r\x01\x7E\rendstream"), std::string::npos);
-}
-
-TEST(Images, BmpBecomesImageLengthAndPaletteObjects)
-{
-    bool ok = false;
-    std::string palette;
-    for (int e = 0; e < 256; ++e)
-        palette += {char(e), char(e + 1), char(e + 2)};
-    EXPECT_EQ(LoadedObjects(MakeBMP(8, 10, 3, Palette(256), Rows(3, 10, 12)), false, ok),
-              "5 0 obj\r\n<<\r/Type /XObject\r/Subtype /Image\r/Name /Img1\r/Width 10\r/Height 3\r\n"
-              "/BitsPerComponent 8\r/ColorSpace [/Indexed /DeviceRGB 255 7 0 R]\r/Length 6 0 R\r\n"
-              ">>\rstream\r" + Rows(3, 10, 10) + "\rendstream\r\nendobj\r\n"
-              "6 0 obj\r\n30\r\nendobj\r\n"
-              "7 0 obj\r\n<</Length 768 >>\rstream\r" + palette + "\rendstream\r\nendobj\r\n");
-    EXPECT_TRUE(ok);
 }
 
 TEST(Images, Ascii85StreamsAndJpegArrays)
@@ -196,54 +147,4 @@ TEST(Images, BadBmpGivesNotOkNothingWrittenAndNoLargeAllocation)
         EXPECT_FALSE(ReadNew(bmp).ok) << what;
         EXPECT_LT(gLargestAllocation.load(), std::size_t(1) << 20) << what;
     }
-}
-
-TEST(Images, EveryDepthInADocumentReadsBackInTools)
-{
-    const fs::path path = SampleDir() / "images.pdf";
-    std::vector<std::string> files;
-    for (const std::string &bmp : {MakeBMP(1, 32, 16, {0, 0, 0, 0, 255, 255, 255, 0}, Rows(16, 4, 4)),
-                                   MakeBMP(4, 8, 8, Palette(16), Rows(8, 4, 4)),
-                                   MakeBMP(8, 10, 10, Palette(256), Rows(10, 10, 12)),
-                                   MakeBMP24(30, 10, [](int x, int y) {
-                                       return std::array<uint8_t, 3>{uint8_t(x * 8), uint8_t(y * 25), 200};
-                                   })}) {
-        files.push_back(ScratchFile("." + std::to_string(files.size()) + ".bmp").string());
-        WriteFile(files.back(), bmp);
-    }
-    {
-        clsPDFCreator pdf;
-        ASSERT_TRUE(pdf.InitPDFFile(path.string()));
-        // Two fonts put the page at 14, the number ClosePDFFile names.
-        pdf.LoadFont("F1", 8, "Times New Roman", 0);
-        pdf.LoadFont("F2", 12, "Times New Roman", 1);
-        auto page = [&](bool measure) {
-            int32_t total = 0, len = 0;
-            for (std::size_t i = 0; i < files.size(); ++i) {
-                pdf.DrawImg("Img" + std::to_string(i), 2 + 4.5f * float(i), 20, 4, 4, measure, len);
-                total += len - 1; // DrawImg counts one byte over
-            }
-            return total;
-        };
-        pdf.LoadStrem(page(true));
-        page(false);
-        pdf.EndStrem();
-        int16_t content = 0;
-        pdf.TypePage(content);
-        for (std::size_t i = 0; i < files.size(); ++i) {
-            bool ok = false;
-            pdf.LoadImgFromBMPFile("Img" + std::to_string(i), files[i], i == 1, "", ok);
-            EXPECT_TRUE(ok) << i;
-        }
-        pdf.SetPages(1);
-        pdf.CreatePDFZaver(pdf);
-        pdf.ClosePDFFile({});
-    }
-    ExpectQpdfAccepts(path);
-    if (!HaveTool("pdftoppm"))
-        GTEST_SKIP() << "pdftoppm missing";
-    const ToolResult render = RunTool("pdftoppm -png -r 40 -singlefile '" + path.string() + "' '" +
-                                      (SampleDir() / "images").string() + "'");
-    EXPECT_EQ(render.status, 0);
-    EXPECT_EQ(render.output, "");
 }

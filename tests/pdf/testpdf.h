@@ -101,6 +101,27 @@ inline std::string MakeBMP24(int32_t width, int32_t height,
     return MakeBMP(24, width, height, {}, rows);
 }
 
+// Rows of `bytes` bytes each, counting up, padded with 0xEE to `stride`.
+inline std::string Rows(int height, int bytes, int stride)
+{
+    std::string rows;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < bytes; ++x)
+            rows += char(y * 16 + x);
+        rows.append(std::size_t(stride - bytes), '\xEE');
+    }
+    return rows;
+}
+
+// A palette of that many entries, each a little brighter than the one before.
+inline std::vector<uint8_t> Palette(int entries)
+{
+    std::vector<uint8_t> palette;
+    for (int e = 0; e < entries; ++e)
+        palette.insert(palette.end(), {uint8_t(e), uint8_t(e + 1), uint8_t(e + 2), 0});
+    return palette;
+}
+
 struct ToolResult {
     int status;
     std::string output;
