@@ -117,12 +117,8 @@ TEST(MainWindow, FirstActivationAsksForTheLoginAndEachRoleSeesItsToolbar)
         if (role == 1 || role == 2)
             SaveScreen(&window, QStringLiteral("frmMDIMain_role%1").arg(role));
     }
-}
 
-TEST(MainWindow, ToolbarAndMenuCarryTheirCaptions)
-{
-    freshStart();
-    LoginAs(2);
+    // The toolbar's positions and the menus' items with their captions.
     frmMDIMain window;
     int positions = 0;
     for (QAction *a : window.findChild<QToolBar *>("Toolbar1")->actions())
@@ -255,7 +251,7 @@ TEST(MainWindow, ServerGoneAtTheNextActivationGivesTheMessage)
     EXPECT_TRUE(end.ended);
 }
 
-TEST(MainWindow, OwnCommandsAndTheEnd)
+TEST(MainWindow, OwnCommandsTheTrayAndTheEnd)
 {
     freshStart();
     LoginAs(2);
@@ -283,8 +279,24 @@ TEST(MainWindow, OwnCommandsAndTheEnd)
     action(window, "HELP")->trigger();
     EXPECT_GT(QApplication::topLevelWidgets().size(), before);
 
+    // The tray brings the minimised window back on top; its menu's first item does nothing,
+    // the second ends the program, as does the toolbar's END.
+    window.showMinimized();
+    auto *tray = window.findChild<frmShowMenu *>();
+    ASSERT_NE(tray, nullptr);
+    tray->ShowMainWindow();
+    EXPECT_FALSE(window.isMinimized());
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_TRUE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    auto *menu = Child<QMenu>(&window, "Shell Menu");
+    menu->popup(window.geometry().center());
+    SaveScreen(menu, "frmShowMenu");
     ProcessEndRecorder end;
-    window.show();
+    action(*menu, "itm_Show")->trigger();
+    EXPECT_FALSE(end.ended);
+    action(*menu, "itm_quit")->trigger();
+    EXPECT_TRUE(end.ended);
+    end.ended = false;
     action(window, "END")->trigger();
     EXPECT_TRUE(end.ended);
 }
@@ -337,30 +349,6 @@ TEST(MainWindow, SettingsOpenFromTheMenuTheToolbarAndItsDropDown)
     EXPECT_EQ(GetSetting("SPRAVCE", "Name"), "Jan Správce");
     writeIni();
     EXPECT_EQ(Column("fondarix_sys", "SELECT Mesto FROM sys_nastaveni"), QStringList{"Horní Lhotka"});
-}
-
-TEST(MainWindow, TrayClickBringsTheMinimisedWindowBackOnTop)
-{
-    freshStart();
-    LoginAs(2);
-    frmMDIMain window;
-    window.showMinimized();
-    auto *tray = window.findChild<frmShowMenu *>();
-    ASSERT_NE(tray, nullptr);
-    tray->ShowMainWindow();
-    EXPECT_FALSE(window.isMinimized());
-    EXPECT_TRUE(window.isVisible());
-    EXPECT_TRUE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-
-    // Its menu: the first item does nothing, the second ends the program.
-    auto *menu = Child<QMenu>(&window, "Shell Menu");
-    menu->popup(window.geometry().center());
-    SaveScreen(menu, "frmShowMenu");
-    ProcessEndRecorder end;
-    action(*menu, "itm_Show")->trigger();
-    EXPECT_FALSE(end.ended);
-    action(*menu, "itm_quit")->trigger();
-    EXPECT_TRUE(end.ended);
 }
 
 TEST(Startup, SplashShowsVersionAndCopyrightAndClosesItself)
