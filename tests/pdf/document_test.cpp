@@ -32,11 +32,10 @@ int32_t RequestPage(clsPDFCreator &pdf, bool measure)
     text(3, 25, "ŽÁDANKA - č.", "Fnt1b", 10);
     text(3, 19, kCzech, "Fnt1a", 12);
     text(2, 1.5f, "IČO          Bankovní spojení", "Fnt1a", 8);
-    for (int i = 1; i <= 4; ++i) {
-        if (i == 1)
-            pdf.DrawImg("Img1", 2.5f, 26.2f, 17.2f, 2.7f, measure, len);
-        else
-            pdf.DrawImg("Img" + std::to_string(i), 2 + 4.5f * float(i - 2), 20, 4, 4, measure, len);
+    pdf.DrawImg("Img1", 2.5f, 26.2f, 17.2f, 2.7f, measure, len);
+    total += len - 1;
+    for (int i = 2; i <= 4; ++i) {
+        pdf.DrawImg("Img" + std::to_string(i), 2 + 4.5f * float(i - 2), 20, 4, 4, measure, len);
         total += len - 1;
     }
     return total;
