@@ -92,7 +92,7 @@ TEST(PageSetup, MillimetreAndInchTexts)
         EXPECT_EQ(inches, stored) << mm;
     }
     QString inches;
-    for (const char *bad : {"8,,5", ""})
+    for (const char *bad : {"8,,5", "", "100,5"})
         EXPECT_FALSE(InchesText(bad, &inches)) << bad;
     EXPECT_EQ(MarginTyped("-3 mm"), "3");
 }

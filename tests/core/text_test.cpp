@@ -454,6 +454,7 @@ TEST(Windows, FormOpenByTitleOrNameTopMostAndSpecialFolders)
     SetTopMost(&firms, false);
     EXPECT_FALSE(firms.windowFlags() & Qt::WindowStaysOnTopHint);
     SetTopMost(nullptr, true);
+    DragWindow(nullptr);   // no window: nothing happens, no crash
 }
 
 // --- the HTML viewer -------------------------------------------------------------------------

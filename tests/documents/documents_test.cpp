@@ -214,6 +214,10 @@ TEST(frmDocuments, NewRowStoreViewDropFileAndDeleteRow)
         QString opened;
         screen->OpenFile = [&](const QString &file) { opened = file; };
         EXPECT_EQ(screen->windowTitle(), QStringLiteral("Dokumenty GRANTu 1201"));
+        QStringList headers;
+        for (int c = 0; c < 5; ++c)
+            headers << Grid(screen)->horizontalHeaderItem(c)->text();
+        EXPECT_EQ(headers, (QStringList{"  GRANT", "          Název dokumentu", "  Uloženo", "                Soubor", " Typ"}));
         ASSERT_EQ(Grid(screen)->rowCount(), 2);
         EXPECT_EQ(GridRow(screen, 0), (QStringList{"1201", "Smlouva o poskytnutí podpory", "2026-1-15 9:30:00",
                                                    "/home/novakova/Dokumenty/smlouva-1201.pdf", "PDF"}));
