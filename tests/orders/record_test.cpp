@@ -234,6 +234,14 @@ TEST(ObjFilter, TextsAsBuiltAndTheYearBindingToTheFirstAlternativeOnly)
     // The pharmacy's prefix binds to the first alternative as well.
     EXPECT_EQ(Kept(FilterObj(1, "Výřizování", "2011", true)),
               QStringList({"0003/03012012", "0004/03012013", "0005/03012011"}));
+    // The batch verb lists what the archive's status list shows: those of the four in processing.
+    const CliRun listed = Cli({"orders", "list", "--status", "Výřizování", "--year", "2011", "--login", "cerny"});
+    EXPECT_EQ(listed.code, 0) << listed.err.toStdString();
+    QStringList numbersAndStates;
+    for (const QString &line : listed.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        numbersAndStates << line.section(QLatin1Char('\t'), 1, 1) + QLatin1Char(' ') + line.section(QLatin1Char('\t'), 8, 8);
+    EXPECT_EQ(numbersAndStates, QStringList({"0001/03012011 stáv výřizování", "0003/03012012 stáv výřizování",
+                                             "0004/03012013 stáv výřizování", "0005/03012011 stáv výřizování"}));
     Exec(Centre, "UPDATE archobj SET `Grant`='1201, 1202' WHERE cis_obj LIKE '0003%'");
     Exec(Centre, "UPDATE archobj SET `Grant`='1202' WHERE cis_obj LIKE '0002%'");
     EXPECT_EQ(Kept(FilterObj(5, "1202", "", false)), QStringList({"0002/03012012", "0003/03012012"}));
