@@ -128,16 +128,17 @@ frmArchObj::frmArchObj(QWidget *parent) : QDialog(parent)
     m_db = Session().MysqlDb;
     m_role = Session().UserTyp;
     DatePicker = PickDate;
-    SkladPicker = [](QWidget *parent, const QString &name) -> std::optional<std::pair<QString, QString>> {
+    SkladPicker = [](QWidget *parent, const QString &centreDb, const QString &name) -> std::optional<std::pair<QString, QString>> {
         // The warehouses that hold goods of that name, then the stock screen on the one chosen.
         frmFindAll find(parent);
+        find.CentreDb = centreDb;
         find.mLineInput = name;
         if (!find.Load())
             return std::nullopt;
         find.setWindowTitle(QStringLiteral("Seznam skladu - ") + name);
         if (find.exec() != QDialog::Accepted || find.mActualSklad.isEmpty())
             return std::nullopt;
-        return PickStockLine(parent, find.mNazActualSklad + QLatin1Char('~') + find.mActualSklad, name);
+        return PickStockLine(parent, find.mNazActualSklad + QLatin1Char('~') + find.mActualSklad, name, centreDb);
     };
     buildUi();
 }
@@ -984,7 +985,7 @@ void frmArchObj::cmdSklad_Click(int i)
     if (m_nom == 0 || m_typ != KindSklad)
         return;
     const QString name = txtFields[nameBox(i)]->text().trimmed();
-    const auto picked = SkladPicker(this, name);
+    const auto picked = SkladPicker(this, m_db, name);
     if (!picked)
         return;
     const QString &line = picked->second;

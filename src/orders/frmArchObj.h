@@ -49,10 +49,11 @@ public:
 
     // The date picker of the calendar buttons: the chosen date, nothing when cancelled.
     std::function<std::optional<QString>(QWidget *, const QString &)> DatePicker;
-    // The stock pick of cmdSklad for a goods line's name: the warehouses holding such goods,
-    // then the stock screen. The warehouse ("Typ~File") and the item's "~"-line; nothing when
-    // cancelled.
-    std::function<std::optional<std::pair<QString, QString>>(QWidget *, const QString &name)> SkladPicker;
+    // The stock pick of cmdSklad for a goods line's name, in the centre of the list: the
+    // warehouses holding such goods, then the stock screen. The warehouse ("Typ~File") and the
+    // item's "~"-line; nothing when cancelled.
+    std::function<std::optional<std::pair<QString, QString>>(QWidget *, const QString &centreDb, const QString &name)>
+        SkladPicker;
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

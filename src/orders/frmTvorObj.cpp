@@ -54,9 +54,11 @@ enum { ColName, ColQty, ColUnit, ColPrice };
 } // namespace
 
 std::optional<std::pair<QString, QString>> PickStockLine(QWidget *parent, const QString &warehouse,
-                                                         const QString &nameFilter)
+                                                         const QString &nameFilter, const QString &centreDb)
 {
     frmCHEMIK chemik(parent);
+    if (!centreDb.isEmpty())
+        chemik.CentreDb = centreDb;
     chemik.OpenFile = warehouse;
     chemik.VyberObjedn = true;
     chemik.NazevFilter = nameFilter;

@@ -21,11 +21,13 @@ class QPushButton;
 class QTableWidget;
 class ObjTextEditor;
 
-// The stock screen as the picker of an order's goods line, on the warehouse ("Typ~File"),
-// with only the goods whose name starts with nameFilter when one is given. The warehouse the
-// item came from and the item's "~"-line; nothing when cancelled.
+// The stock screen as the picker of an order's goods line, on the warehouse ("Typ~File") of
+// the centre (the user's own when empty), with only the goods whose name starts with
+// nameFilter when one is given. The warehouse the item came from and the item's "~"-line;
+// nothing when cancelled.
 std::optional<std::pair<QString, QString>> PickStockLine(QWidget *parent, const QString &warehouse,
-                                                         const QString &nameFilter = QString());
+                                                         const QString &nameFilter = QString(),
+                                                         const QString &centreDb = QString());
 
 class frmTvorObj : public QDialog {
     Q_OBJECT

@@ -1,6 +1,7 @@
 #include "registers/frmFindAll.h"
 
 #include "core/db.h"
+#include "core/session.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -44,7 +45,7 @@ public:
     }
 };
 
-frmFindAll::frmFindAll(QWidget *parent) : QDialog(parent)
+frmFindAll::frmFindAll(QWidget *parent) : QDialog(parent), CentreDb(Session().MysqlDb)
 {
     setWindowTitle(QStringLiteral("Find"));
     MSFlexGrid1 = new QTableView(this);
@@ -82,7 +83,7 @@ frmFindAll::frmFindAll(QWidget *parent) : QDialog(parent)
 
 bool frmFindAll::Load()
 {
-    DbConnection centre(ConnStrCentre());
+    DbConnection centre(ConnStrFor(CentreDb));
     if (!OpenOrFatal(centre))
         return false;
     m_model->reset(FindInAllSklady(centre, mLineInput));

@@ -26,6 +26,8 @@ public:
     QString mLineInput;
     QString mLineOutput;
     QString OpenFile;
+    // The centre whose warehouses are searched: the user's own unless the caller names another.
+    QString CentreDb;
 
     bool Load();
     void cmdOk_Click();

@@ -91,7 +91,7 @@ const QStringList &SortColumns()
 }
 } // namespace
 
-frmCHEMIK::frmCHEMIK(QWidget *parent) : QDialog(parent)
+frmCHEMIK::frmCHEMIK(QWidget *parent) : QDialog(parent), CentreDb(Session().MysqlDb)
 {
     setWindowTitle(QStringLiteral("Sklad"));
     Label1 = new QLabel(this);
@@ -284,7 +284,7 @@ frmCHEMIK::~frmCHEMIK() = default;
 
 bool frmCHEMIK::Load()
 {
-    m_centre = std::make_unique<DbConnection>(ConnStrCentre());
+    m_centre = std::make_unique<DbConnection>(ConnStrFor(CentreDb));
     if (!OpenOrFatal(*m_centre))
         return false;
     m_model = std::make_unique<StockGridModel>();
@@ -571,7 +571,7 @@ void frmCHEMIK::cmdCopy_Click()
     if (typ.exec() != QDialog::Accepted || typ.mOpenFile.isEmpty())
         return;
     const SkladRef target = ParseOpenFile(typ.mOpenFile);
-    if (!SkladTableExists(*m_centre, Session().MysqlDb, target.file)) {
+    if (!SkladTableExists(*m_centre, CentreDb, target.file)) {
         MsgBox(QStringLiteral("Sklad - ") + target.typ + QStringLiteral(" nemá svou tabulku, nic nebylo zkopírováno."),
                MsgWarning);
         return;

@@ -40,6 +40,8 @@ public:
     bool VyberObjedn = false;
     // Set before Load: only the goods whose name starts with this text ("*" any text), of every year.
     QString NazevFilter;
+    // Set before Load: the centre whose warehouses are shown, the user's own unless another is named.
+    QString CentreDb;
     short ParamAkce = 0;   // 0 none, 1 edit, 2 receipt, 3 issue
 
     bool Load();

@@ -7,11 +7,14 @@
 #include "orders/seed.h"
 #include "support/testenv.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTableView>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -219,7 +222,8 @@ TEST(frmArchObj, ClerkPicksGoodsFromStockChoosesWhoHandlesItAndGoesToTheTray)
     QWidget main;
     frmArchObj screen(&main);
     QString asked;
-    screen.SkladPicker = [&](QWidget *, const QString &name) -> std::optional<std::pair<QString, QString>> {
+    const auto stockScreens = screen.SkladPicker;
+    screen.SkladPicker = [&](QWidget *, const QString &, const QString &name) -> std::optional<std::pair<QString, QString>> {
         asked = name;
         return std::pair{QStringLiteral("Chemikálie~sklad_chem"), QStringLiteral("Ethanol 96%, (1 l)~~l~135,50")};
     };
@@ -239,7 +243,7 @@ TEST(frmArchObj, ClerkPicksGoodsFromStockChoosesWhoHandlesItAndGoesToTheTray)
     EXPECT_EQ(Child<QLabel>(&screen, "txtLabel1_0")->text(), "Chemikálie");
     EXPECT_EQ(Row("LineRec1, Poc1", "0001/05012025"), "Ethanol 96%, (1 l)#135,50#l|1 l");
     // A picked price of "0,00" leaves the line's price as it was.
-    screen.SkladPicker = [](QWidget *, const QString &) -> std::optional<std::pair<QString, QString>> {
+    screen.SkladPicker = [](QWidget *, const QString &, const QString &) -> std::optional<std::pair<QString, QString>> {
         return std::pair{QStringLiteral("Sklad B~sklad_b"), QStringLiteral("Pipety~~ks~0,00")};
     };
     Click(&screen, "cmdSklad0");
@@ -259,6 +263,35 @@ TEST(frmArchObj, ClerkPicksGoodsFromStockChoosesWhoHandlesItAndGoesToTheTray)
         << messages.shown.back().text.toStdString();
     EXPECT_EQ(messages.shown.back().style, MsgCritical);
     EXPECT_EQ(Column(Centre, "SELECT COUNT(*) FROM archobj").value(0), "1");
+
+    // The stock screens search the centre chosen in the list, not the user's own (here a
+    // database without warehouses): the search finds the ethanol, the stock screen shows it.
+    Session().MysqlDb = QStringLiteral("fondarix_granty");
+    screen.SkladPicker = stockScreens;
+    Choose(&screen, "cmbStrediska", "510 Oddělení klinické farmakologie");
+    SelectRow(&screen, 0);
+    Box(&screen, "txtFields0")->setText("Ethanol");
+    QString findTitle;
+    int found = -1, shown = -1;
+    QTimer::singleShot(0, [&] {
+        auto *find = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!find)
+            return;
+        findTitle = find->windowTitle();
+        found = Child<QTableView>(find, "MSFlexGrid1")->model()->rowCount();
+        QTimer::singleShot(0, [&] {
+            auto *chemik = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            if (!chemik)
+                return;
+            shown = Child<QTableView>(chemik, "DataGrid1")->model()->rowCount();
+            chemik->reject();
+        });
+        Child<QPushButton>(find, "cmdOk")->click();
+    });
+    Click(&screen, "cmdSklad0");
+    EXPECT_EQ(findTitle, "Seznam skladu - Ethanol");
+    EXPECT_GT(found, 0);
+    EXPECT_GT(shown, 0);
 
     // F10 and Esc put the program into the tray with its main window; the list stays open.
     for (Qt::Key key : {Qt::Key_F10, Qt::Key_Escape}) {
