@@ -137,21 +137,23 @@ TEST(ObjForms, BankAccountByDateLinesBeforeTheBodyAndThePaymentSource)
 {
     const QString dir = SamplesDir(QStringLiteral("orders"));
     const QString path = dir + QStringLiteral("/cases.html");
+    // The new account from the second after its date (seconds since 1970 of the local clock).
     const struct {
         const char *newdate, *ucet2;
-        QDate today;
+        QDateTime now;
         const char *account;
     } accounts[] = {
-        {"1735689600", "22222-333/0300", {2026, 1, 1}, "22222-333/0300"},
-        {"1735689600", "22222-333/0300", {2024, 12, 31}, "11111-222/0100"},   // before the date: the old one, trimmed
-        {"1735689600", "99999-999/0100", {2026, 1, 1}, "11111-222/0100"},   // the placeholder is never printed
-        {"0", "22222-333/0300", {2026, 1, 1}, "11111-222/0100"},
+        {"1735689600", "22222-333/0300", {{2025, 1, 1}, {0, 0, 1}}, "22222-333/0300"},
+        {"1735689600", "22222-333/0300", {{2025, 1, 1}, {0, 0}}, "11111-222/0100"},   // not yet: the old one, trimmed
+        {"1735689600", "99999-999/0100", {{2026, 1, 1}, {12, 0}}, "11111-222/0100"},   // the placeholder is never printed
+        {"0", "22222-333/0300", {{2026, 1, 1}, {12, 0}}, "11111-222/0100"},
+        {"", "22222-333/0300", {{2026, 1, 1}, {12, 0}}, "11111-222/0100"},
     };
     for (const auto &a : accounts) {
         ObjFormContext ctx = Context();
         ctx.newdateUcet = a.newdate;
         ctx.ucet2 = a.ucet2;
-        ctx.now = QDateTime(a.today, QTime(12, 0));
+        ctx.now = a.now;
         BuildObjLJ out;
         ASSERT_TRUE(BuildFormObj2(out, ctx, path, Goods(), QString()));
         EXPECT_EQ(WrittenLine(path, "Bankovní spojení"), QStringLiteral("Bankovní spojení Banka Lhotka-město,  ") + a.account + "</font></p></td>");

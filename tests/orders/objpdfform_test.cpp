@@ -3,7 +3,6 @@
 
 #include "orders/objpdfform.h"
 
-#include "core/institution.h"
 #include "orders/objhtml.h"
 
 #include "../pdf/testpdf.h"
@@ -133,27 +132,6 @@ TEST(HtmlToPlain, TagsBreaksAndHead)
     };
     for (const auto &c : cases)
         EXPECT_EQ(HtmlToPlain(QString::fromUtf8(c.html)), QString::fromUtf8(c.plain)) << c.html;
-}
-
-TEST(ObjBankAccount, NewAccountOnlyAfterItsDateAndNotThePlaceholder)
-{
-    const QDateTime now(QDate(2026, 11, 22), QTime(12, 0));
-    const QString nowSeconds = NewdateUcetText(now);
-    const struct {
-        const char *newAccount;
-        QString newdate;
-        const char *printed;
-    } cases[] = {
-        {"22222-333/0800", QString::number(nowSeconds.toLongLong() - 1), "22222-333/0800"},
-        {"22222-333/0800", nowSeconds, "11111-222/0100"},
-        {"22222-333/0800", QStringLiteral("0"), "11111-222/0100"},
-        {"22222-333/0800", QString(), "11111-222/0100"},
-        {"99999-999/0100", QStringLiteral("1000"), "11111-222/0100"},
-    };
-    for (const auto &c : cases)
-        EXPECT_EQ(ObjBankAccount(QStringLiteral(" 11111-222/0100 "), QString::fromUtf8(c.newAccount), c.newdate, now),
-                  QString::fromUtf8(c.printed))
-            << c.newAccount << " " << c.newdate.toStdString();
 }
 
 // Each kind through ObjPdfForm: the file passes qpdf, its text comes back with
