@@ -182,7 +182,10 @@ TEST(frmArchObj, ClerkFiltersTypesTheLaterFactsCopiesDeletesAndHandsOver)
     EXPECT_EQ(messages.prompts.back(), "Zadejte číslo objednávku");
     EXPECT_EQ(Column(Centre, "SELECT COUNT(*) FROM archobj").value(0), "3");   // cancelled input: nothing
     Click(&screen, "cmdCopy");
-    EXPECT_EQ(Column(Centre, "SELECT COUNT(*) FROM archobj WHERE cis_obj='0002/05012025'").value(0), "2");
+    // The copy is a new order: dates of processing and booking blank, not handed over.
+    EXPECT_EQ(Column(Centre, "SELECT CONCAT_WS('|', Castka, objWF, objZauct, coml) FROM archobj WHERE cis_obj='0002/05012025' "
+                             "ORDER BY nom"),
+              QStringList({"1 250,00#1 250,00#|06.01.2025|31.01.2025", "1 250,00#1 250,00#| | |0"}));
 
     // Handover by a click in the "  L" column, asked first.
     const int r1 = GridRowOf(&screen, "0001/05012025");
@@ -191,6 +194,11 @@ TEST(frmArchObj, ClerkFiltersTypesTheLaterFactsCopiesDeletesAndHandsOver)
     EXPECT_EQ(messages.shown.back().text, "Opravdu chcete objednávku číslo: 0001/05012025\r\n předat do Lékárny?");
     EXPECT_EQ(Row("coml", "0001/05012025"), "1");
     EXPECT_FALSE(GridData(&screen, r1, 7, Qt::DecorationRole).isNull());
+    messages.answers = {AnswerOk, AnswerOk};
+    ClickCell(&screen, r1, 7);
+    EXPECT_EQ(messages.shown.back().text, "Opravdu chcete zrušyt předání objednávky číslo: 0001/05012025\r\n do Lékárny?");
+    EXPECT_TRUE(GridData(&screen, r1, 7, Qt::DecorationRole).isNull());
+    ClickCell(&screen, r1, 7);
 
     // Space chooses rows (aqua), F8 deletes the chosen ones after the question.
     SelectRow(&screen, GridRowOf(&screen, "0001/05012025"));
@@ -204,8 +212,15 @@ TEST(frmArchObj, ClerkFiltersTypesTheLaterFactsCopiesDeletesAndHandsOver)
     EXPECT_TRUE(messages.saw("Chcete opravdu smazat 2 položky  objednavky? \r\n\r\n"));
     EXPECT_TRUE(messages.saw("2 - řádky/ů bylo smazano."));
     EXPECT_EQ(Column(Centre, "SELECT cis_obj FROM archobj"), QStringList({"0002/05012025", "0002/05012025"}));
+    // F8 with none chosen deletes the order's number: both rows of it.
+    messages.answers = {AnswerOk};
+    QTest::keyClick(ArchGrid(&screen), Qt::Key_F8);
+    EXPECT_EQ(messages.lastText(), "Chcete opravdu zrušit tuto objednávku? Pozor, budou zrušene vše objednávky ID 0002/05012025.");
+    EXPECT_EQ(GridRows(&screen), 0);
 
     // A row deleted by another user meanwhile: saving does nothing and the list drops it.
+    Insert({{"cis_obj", "0009/05012025"}});
+    Click(&screen, "cmdRefresh");
     SelectRow(&screen, 0);
     Exec(Centre, "DELETE FROM archobj");
     TypeEnter(&screen, "Text2", "X");

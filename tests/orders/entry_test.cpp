@@ -207,7 +207,9 @@ TEST(frmObjSablona, EnglishLetterSavedLockedAndViewed)
     for (int i = 0; i < 5; ++i)
         Box(&screen, QStringLiteral("Text1_%1").arg(i).toLatin1().constData())->setText(lines[i]);
     Box(&screen, "txtOsoba")->setText("Offer <request>");
-    Child<QTextEdit>(&screen, "DHTMLEdit1")->setPlainText("We kindly ask for an offer.");
+    Child<QTextEdit>(&screen, "DHTMLEdit1")->setPlainText("We kindly ask for an offer, it's urgent.");
+    // Its row deleted by another user meanwhile: the save makes it again.
+    Exec(Centre, "DELETE FROM archobj");
     messages.answers = {AnswerOk};
     Click(&screen, "cmdSave");
     EXPECT_EQ(messages.shown.front().text, "Opravdu si přejete uložit doklad?");
@@ -216,8 +218,10 @@ TEST(frmObjSablona, EnglishLetterSavedLockedAndViewed)
     EXPECT_TRUE(Child<QTextEdit>(&screen, "DHTMLEdit1")->isReadOnly());
     Click(&screen, "cmdEdit");
     EXPECT_FALSE(Child<QTextEdit>(&screen, "DHTMLEdit1")->isReadOnly());
-    EXPECT_EQ(Row("Typ, Poc9, LineRec1, LineRec4, Firma, coml", screen.Number()),
-              "4|+420 267 161 111~cerny@ukv-lhotka.cz|Acme Ltd.|United Kingdom|Ústav klinického výzkumu Lhotka|0");
+    EXPECT_EQ(Row("Typ, Poc9, LineRec1, LineRec4, LineRec5, Firma, coml, `Text`, LOCATE('it\"s urgent', file_html_text) > 0",
+                  screen.Number()),
+              "4|+420 267 161 111~cerny@ukv-lhotka.cz|Acme Ltd.|United Kingdom||Ústav klinického výzkumu Lhotka|0|F"
+                  + screen.Number() + ".txt|1");
     Click(&screen, "cmdView");
     const QString form = FormText(folder, screen.Number());
     EXPECT_TRUE(form.contains("e-mail address: cerny@ukv-lhotka.cz</font></td>"));
