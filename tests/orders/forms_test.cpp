@@ -235,16 +235,16 @@ TEST(ObjForms, FootersPicturesLogoAndTheFormFileOfAnOrder)
     EXPECT_EQ(ObjFooterType(centre, "0001/01"), "0");
     EXPECT_EQ(Column(seed::Centre, "SELECT COUNT(*) FROM objedn_footer").value(0), "1");
 
-    // The form of a stored order, found by its number; an unknown number is refused.
+    // The form of a stored order, found by its number, by the batch verb; an unknown number is refused.
     seed::Insert({{"cis_obj", "0005/22112026"}, {"Typ", "5"}, {"Firma", "Servis"}, {"file_html_text", "Text<br>"}, {"Dat_obj", "2026-11-22 10:00:00"}});
-    const ObjFormContext ctx = LoadObjFormContext(sys, tmp.path());
-    EXPECT_EQ(ctx.department, "Oddělení klinické farmakologie");
-    QString error;
-    const QString path = WriteObjFormFile(centre, ctx, tmp.path() + "/forms", "0005/22112026", &error);
-    EXPECT_EQ(path, tmp.path() + "/forms/0005-22112026.html");
-    EXPECT_TRUE(FromCp1250(ReadFile(path)).contains("Text<br></td>"));
-    EXPECT_EQ(WriteObjFormFile(centre, ctx, tmp.path(), "9999/01", &error), "");
-    EXPECT_EQ(error, "Objednávka číslo 9999/01 neexistuje.");
+    const CliRun written = Cli({"order", "html", "0005/22112026", "--folder", tmp.path() + "/forms", "--login", "cerny"});
+    EXPECT_EQ(written.out, tmp.path() + "/forms/0005-22112026.html\n") << written.err.toStdString();
+    const QString form = FromCp1250(ReadFile(tmp.path() + "/forms/0005-22112026.html"));
+    EXPECT_TRUE(form.contains("Text<br></td>"));
+    EXPECT_TRUE(form.contains("IČO&nbsp;123 456"));   // the institution from the settings
+    const CliRun refused = Cli({"order", "html", "9999/01", "--login", "cerny"});
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_TRUE(refused.err.contains("Objednávka číslo 9999/01 neexistuje.")) << refused.err.toStdString();
 }
 
 TEST(ObjReports, OrdersOfAGrantAndOfASearchWithSumsWithoutSharedGrants)
