@@ -144,6 +144,7 @@ TEST(frmArchObj, ClerkFiltersTypesTheLaterFactsCopiesDeletesAndHandsOver)
     EXPECT_EQ(Box(&screen, "txtPages")->text(), "1");
     for (int r = 0; r < GridRows(&screen); ++r)
         EXPECT_EQ(GridColour(&screen, r, 0), ObjColours::Yellow) << r;
+    SaveScreen(&screen, "frmArchObj-status");
     Choose(&screen, "Combo2", "1203");
     for (int r = 0; r < GridRows(&screen); ++r)
         EXPECT_TRUE(GridText(&screen, r, 3).contains("1203"));
