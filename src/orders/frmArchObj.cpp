@@ -520,8 +520,8 @@ void frmArchObj::FilterObj(const QString &field)
     if (conn.isOpen() && NextObjCounter(conn, &counter))
         m_nextNumber = MakeObjCislo(counter);
     // A status list is one page of every row whose colour fits, its sums over them all.
-    ObjListKeys list;
     if (status >= 1 && status <= 4) {
+        ObjListKeys list;
         if (conn.isOpen() && ObjListKeysOf(conn, m_filter, status, &list)) {
             m_keys = list.noms;
             m_sums = list.sums;
