@@ -76,10 +76,11 @@ bool Generate(DbConnection &conn)
     return true;
 }
 
-// The movements as the record set holds them, in its order.
+// The movements as the record set holds them, in its order, each amount read as the sum does.
 struct Row {
-    QString grant;
-    Movement m;
+    QString grant, ucet;
+    double amount = 0;
+    bool number = false, dal = false;
 };
 
 bool ReadRows(DbConnection &conn, QVector<Row> *rows)
@@ -88,8 +89,12 @@ bool ReadRows(DbConnection &conn, QVector<Row> *rows)
     q.setForwardOnly(true);
     if (!conn.exec(q, QStringLiteral("SELECT Ucet, `Grant`, Castka, `MD/DAL` FROM ImportUctyCastky ORDER BY Datum, id")))
         return false;
-    while (q.next())
-        rows->append({q.value(1).toString(), MakeMovement(q.value(0).toString(), q.value(2).toString(), q.value(3).toString())});
+    while (q.next()) {
+        const QString castka = q.value(2).toString();
+        const bool number = IsNumberView(castka);
+        rows->append({q.value(1).toString(), q.value(0).toString(), number ? AmountValue(QStringView(castka).trimmed()) : 0,
+                      number, q.value(3).toString() == QLatin1String("DAL")});
+    }
     return true;
 }
 
@@ -112,24 +117,24 @@ QString LiteralSum(const QVector<Row> &rows, const QString &filter, const QStrin
         if (!prefixes.isEmpty()) {
             bool selected = false;
             for (const QString &p : std::as_const(prefixes))
-                if (r.grant == g && r.m.ucet.startsWith(p, Qt::CaseInsensitive)) {
+                if (r.grant == g && r.ucet.startsWith(p, Qt::CaseInsensitive)) {
                     selected = true;
                     break;
                 }
             if (!selected)
                 continue;
         }
-        if (!r.m.number)
+        if (!r.number)
             continue;
-        int sign = r.m.dal ? -1 : 1;
+        int sign = r.dal ? -1 : 1;
         if (filter.contains(QLatin1Char('-')))
             for (QString item : filter.split(QLatin1Char(','))) {
-                if (item.remove(QLatin1Char('-')).remove(QLatin1Char('*')) == r.m.ucet) {
-                    sign = r.m.dal ? 1 : -1;
+                if (item.remove(QLatin1Char('-')).remove(QLatin1Char('*')) == r.ucet) {
+                    sign = r.dal ? 1 : -1;
                     break;
                 }
             }
-        total += sign * r.m.amount;
+        total += sign * r.amount;
     }
     return FormatAmount(total);
 }
@@ -157,6 +162,11 @@ int main(int argc, char **argv)
     double best = 1e9;
     RecalcResult result;
     for (int run = 0; run < 3; ++run) {
+        // Every run finds other figures stored than it computes, as after an import, and
+        // writes every row.
+        if (!conn.exec(QStringLiteral("UPDATE SkupUctuGrant SET Castka_cerpani = '0,00', Zustatek = '0,00', Procent = '0,00'")) ||
+            !conn.exec(QStringLiteral("UPDATE GrantyPlan SET Castka3 = '0,00'")))
+            return 1;
         t.start();
         const std::clock_t cpu = std::clock();
         QVector<GrantHead> grants;

@@ -9,8 +9,13 @@
 #include <QFile>
 #include <QHostInfo>
 #include <QRegularExpression>
+#include <QSqlDriver>
 #include <QSqlRecord>
 #include <QTextStream>
+
+#include <mysql.h>
+
+#include <memory>
 
 QString BuildConnStr(const QString &database, const QString &computerName, const QString &server,
                      const QString &port, const QString &user, const QString &password)
@@ -176,6 +181,163 @@ bool DbConnection::exec(const QString &sql, const QVariantList &values)
 {
     QSqlQuery q = query();
     return exec(q, sql, values);
+}
+
+st_mysql *NativeHandle(const DbConnection &conn)
+{
+    const QVariant v = conn.db().driver()->handle();
+    // The driver gives its handle as "MYSQL*" or under the structure's own name.
+    if (!conn.isOpen() || !v.isValid() || (qstrcmp(v.typeName(), "MYSQL*") != 0 && qstrcmp(v.typeName(), "st_mysql*") != 0))
+        return nullptr;
+    return *static_cast<MYSQL *const *>(v.constData());
+}
+
+namespace {
+struct StmtClose {
+    void operator()(MYSQL_STMT *stmt) const { mysql_stmt_close(stmt); }
+};
+using Stmt = std::unique_ptr<MYSQL_STMT, StmtClose>;
+
+QSqlError StmtError(MYSQL_STMT *stmt)
+{
+    return QSqlError(QString(), QString::fromUtf8(mysql_stmt_error(stmt)), QSqlError::StatementError,
+                     QString::number(mysql_stmt_errno(stmt)));
+}
+
+// The statement prepared on the connection; on failure nullptr and the error.
+Stmt Prepare(const DbConnection &conn, const QString &sql, QSqlError *error)
+{
+    MYSQL *mysql = NativeHandle(conn);
+    if (!mysql) {
+        *error = QSqlError(QString(), QStringLiteral("spojení není otevřené"), QSqlError::ConnectionError);
+        return nullptr;
+    }
+    Stmt stmt(mysql_stmt_init(mysql));
+    if (!stmt) {
+        *error = QSqlError(QString(), QString::fromUtf8(mysql_error(mysql)), QSqlError::StatementError,
+                           QString::number(mysql_errno(mysql)));
+        return nullptr;
+    }
+    const QByteArray text = sql.toUtf8();
+    if (mysql_stmt_prepare(stmt.get(), text.constData(), (unsigned long)text.size()) != 0) {
+        *error = StmtError(stmt.get());
+        return nullptr;
+    }
+    return stmt;
+}
+
+// Binds text values to the "?" in order: values holds rows of binds.size() values each, one
+// row as values themselves, or as arrays of pointers and lengths for the array binding.
+void BindTexts(std::vector<MYSQL_BIND> &binds, const std::vector<std::string_view> &values, bool array,
+               std::vector<char *> &pointers, std::vector<unsigned long> &lengths)
+{
+    const size_t columns = binds.size(), rows = columns == 0 ? 0 : values.size() / columns;
+    pointers.resize(rows * columns);
+    lengths.resize(rows * columns);
+    for (size_t r = 0; r < rows; ++r)
+        for (size_t c = 0; c < columns; ++c) {
+            const std::string_view v = values[r * columns + c];
+            pointers[c * rows + r] = const_cast<char *>(v.data());
+            lengths[c * rows + r] = (unsigned long)v.size();
+        }
+    for (size_t c = 0; c < columns; ++c) {
+        binds[c] = MYSQL_BIND{};
+        binds[c].buffer_type = MYSQL_TYPE_STRING;
+        binds[c].buffer = array ? static_cast<void *>(pointers.data() + c * rows) : static_cast<void *>(pointers[c]);
+        binds[c].buffer_length = array ? 0 : lengths[c];
+        binds[c].length = lengths.data() + c * rows;
+    }
+}
+} // namespace
+
+bool DbConnection::eachRow(const QString &sql, const QStringList &values, const std::function<void(const RawRow &)> &row)
+{
+    QSqlError error;
+    const Stmt stmt = Prepare(*this, sql, &error);
+    const auto fail = [&] {
+        m_error = DbErrorMessage(stmt ? StmtError(stmt.get()) : error, m_captions);
+        return false;
+    };
+    if (!stmt)
+        return fail();
+    std::vector<QByteArray> texts;
+    std::vector<std::string_view> views;
+    for (const QString &v : values)
+        texts.push_back(v.toUtf8());
+    for (const QByteArray &t : texts)
+        views.emplace_back(t.constData(), size_t(t.size()));
+    std::vector<MYSQL_BIND> params(texts.size());
+    std::vector<char *> pointers;
+    std::vector<unsigned long> paramLengths;
+    BindTexts(params, views, false, pointers, paramLengths);
+    if ((!params.empty() && mysql_stmt_bind_param(stmt.get(), params.data()) != 0) || mysql_stmt_execute(stmt.get()) != 0)
+        return fail();
+    const std::unique_ptr<MYSQL_RES, decltype(&mysql_free_result)> meta(mysql_stmt_result_metadata(stmt.get()),
+                                                                        &mysql_free_result);
+    if (!meta)
+        return fail();
+    const unsigned columns = mysql_num_fields(meta.get());
+    const MYSQL_FIELD *fields = mysql_fetch_fields(meta.get());
+    // Every value as text, in a buffer of the column's size; a longer one (a TEXT column)
+    // is fetched again whole.
+    std::vector<std::vector<char>> buffers(columns);
+    std::vector<MYSQL_BIND> binds(columns, MYSQL_BIND{});
+    std::vector<unsigned long> lengths(columns);
+    std::vector<my_bool> nulls(columns);
+    for (unsigned c = 0; c < columns; ++c) {
+        buffers[c].resize(std::clamp<unsigned long>(fields[c].length, 1, 4096));
+        binds[c].buffer_type = MYSQL_TYPE_STRING;
+        binds[c].buffer = buffers[c].data();
+        binds[c].buffer_length = (unsigned long)buffers[c].size();
+        binds[c].length = &lengths[c];
+        binds[c].is_null = &nulls[c];
+    }
+    if (mysql_stmt_bind_result(stmt.get(), binds.data()) != 0)
+        return fail();
+    RawRow current(columns);
+    for (;;) {
+        const int status = mysql_stmt_fetch(stmt.get());
+        if (status == MYSQL_NO_DATA)
+            return true;
+        if (status != 0 && status != MYSQL_DATA_TRUNCATED)
+            return fail();
+        for (unsigned c = 0; c < columns; ++c) {
+            if (nulls[c]) {
+                current[c].reset();
+                continue;
+            }
+            if (lengths[c] > buffers[c].size()) {
+                buffers[c].resize(lengths[c]);
+                binds[c].buffer = buffers[c].data();
+                binds[c].buffer_length = lengths[c];
+                if (mysql_stmt_fetch_column(stmt.get(), &binds[c], c, 0) != 0 ||
+                    mysql_stmt_bind_result(stmt.get(), binds.data()) != 0)
+                    return fail();
+            }
+            current[c] = std::string_view(buffers[c].data(), lengths[c]);
+        }
+        row(current);
+    }
+}
+
+bool DbConnection::execArray(const QString &sql, int columns, const std::vector<std::string_view> &values)
+{
+    const size_t rows = columns <= 0 ? 0 : values.size() / size_t(columns);
+    if (rows == 0)
+        return true;
+    QSqlError error;
+    const Stmt stmt = Prepare(*this, sql, &error);
+    std::vector<MYSQL_BIND> binds(static_cast<size_t>(columns));
+    std::vector<char *> pointers;
+    std::vector<unsigned long> lengths;
+    BindTexts(binds, values, true, pointers, lengths);
+    unsigned int arraySize = (unsigned int)rows;
+    if (!stmt || mysql_stmt_attr_set(stmt.get(), STMT_ATTR_ARRAY_SIZE, &arraySize) != 0 ||
+        mysql_stmt_bind_param(stmt.get(), binds.data()) != 0 || mysql_stmt_execute(stmt.get()) != 0) {
+        m_error = DbErrorMessage(stmt ? StmtError(stmt.get()) : error, m_captions);
+        return false;
+    }
+    return true;
 }
 
 bool OpenOrFatal(DbConnection &connection)

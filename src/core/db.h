@@ -7,9 +7,15 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
+#include <functional>
 #include <optional>
+#include <string_view>
+#include <vector>
+
+struct st_mysql;
 
 inline constexpr const char *SysDbName = "fondarix_sys";
 inline constexpr const char *GrantyDbName = "fondarix_granty";
@@ -68,6 +74,15 @@ public:
     bool exec(const QString &sql, const QVariantList &values = {});
     // A query ready to be executed, on this connection.
     QSqlQuery query() const;
+    // Runs a query with bound values and hands each row's values to row() as the server sent
+    // them: UTF-8 bytes, nullopt for NULL, valid only during the call. For reads of a million
+    // rows, where a QVariant per value costs more than the server takes to send it.
+    using RawRow = std::vector<std::optional<std::string_view>>;
+    bool eachRow(const QString &sql, const QStringList &values, const std::function<void(const RawRow &)> &row);
+    // Runs one statement for many rows of values in one round trip (the server's array
+    // binding): values holds the rows one after another, `columns` texts (UTF-8) each, bound
+    // to the "?" of the statement in order.
+    bool execArray(const QString &sql, int columns, const std::vector<std::string_view> &values);
     // Captions for the messages of the statements that fail from now on.
     void setCaptions(const FieldCaptions &captions) { m_captions = captions; }
 
@@ -77,6 +92,10 @@ private:
     QString m_error;
     FieldCaptions m_captions;
 };
+
+// The client library's handle of an open connection (for the array binding and raw reads);
+// nullptr when it is not open.
+st_mysql *NativeHandle(const DbConnection &conn);
 
 // Opens a connection; on failure shows the fatal message and ends the process
 // (returns false, and the caller returns at once).

@@ -10,6 +10,8 @@
 #include <QSqlQuery>
 
 #include <algorithm>
+#include <numeric>
+#include <vector>
 
 namespace {
 // A grant as the record-set filter "GRANT = '...'" compares it: trailing blanks do not count.
@@ -23,99 +25,153 @@ QString GrantKey(const QString &grant)
 
 const QString Zero = QStringLiteral("0,00");
 
-// Updates many rows of a table by id in a few statements: the values go into a temporary
-// table first, then one joined UPDATE takes them. rows[i] is {id, value of each column}.
-// Table and column names are constants of this file.
+// Updates many rows of a table by id, all in one round trip: rows[i] is {id, value of each
+// column}. Table and column names are constants of this file.
 bool UpdateRowsById(DbConnection &conn, const QString &table, const QStringList &columns,
-                    const QVector<QVariantList> &rows)
+                    const QVector<QStringList> &rows)
 {
-    if (rows.isEmpty())
-        return true;
-    QStringList defs{QStringLiteral("id INT NOT NULL PRIMARY KEY")}, sets, placeholders{QStringLiteral("?")};
-    for (int c = 0; c < columns.size(); ++c) {
-        defs << QStringLiteral("c%1 VARCHAR(255) NULL").arg(c);
-        sets << QStringLiteral("t.`%1` = u.c%2").arg(columns.at(c)).arg(c);
-        placeholders << QStringLiteral("?");
+    QStringList sets;
+    for (const QString &c : columns)
+        sets << QLatin1Char('`') + c + QStringLiteral("` = ?");
+    const QString sql =
+        QStringLiteral("UPDATE `") + table + QStringLiteral("` SET ") + sets.join(QStringLiteral(", ")) + QStringLiteral(" WHERE id = ?");
+    // The values in the statement's order: the columns, then the id.
+    std::vector<QByteArray> texts;
+    texts.reserve(size_t(rows.size()) * size_t(columns.size() + 1));
+    for (const QStringList &r : rows) {
+        for (qsizetype c = 1; c < r.size(); ++c)
+            texts.push_back(r.at(c).toUtf8());
+        texts.push_back(r.first().toUtf8());
     }
-    if (!conn.exec(QStringLiteral("DROP TEMPORARY TABLE IF EXISTS fx_update")) ||
-        !conn.exec(QStringLiteral("CREATE TEMPORARY TABLE fx_update (") + defs.join(QStringLiteral(", ")) +
-                   QStringLiteral(")")))
-        return false;
-    const QString one = QLatin1Char('(') + placeholders.join(QLatin1Char(',')) + QLatin1Char(')');
-    constexpr qsizetype chunk = 1000;
-    for (qsizetype from = 0; from < rows.size(); from += chunk) {
-        const qsizetype n = std::min(chunk, rows.size() - from);
-        QVariantList values;
-        values.reserve(n * (columns.size() + 1));
-        for (qsizetype i = from; i < from + n; ++i)
-            values += rows.at(i);
-        if (!conn.exec(QStringLiteral("INSERT INTO fx_update VALUES ") + QStringList(n, one).join(QLatin1Char(',')),
-                       values))
-            return false;
-    }
-    return conn.exec(QStringLiteral("UPDATE `") + table + QStringLiteral("` t JOIN fx_update u ON t.id = u.id SET ") +
-                     sets.join(QStringLiteral(", "))) &&
-           conn.exec(QStringLiteral("DROP TEMPORARY TABLE fx_update"));
+    std::vector<std::string_view> values;
+    values.reserve(texts.size());
+    for (const QByteArray &t : texts)
+        values.emplace_back(t.constData(), size_t(t.size()));
+    return conn.execArray(sql, int(columns.size() + 1), values);
 }
 } // namespace
 
 // --- movements ---------------------------------------------------------------------------
 
-Movement MakeMovement(const QString &ucet, const QString &castka, const QString &side)
-{
-    Movement m;
-    m.ucet = ucet;
-    m.number = IsNumberView(castka);
-    if (m.number)
-        m.amount = AmountValue(QStringView(castka).trimmed());
-    m.dal = side == QLatin1String("DAL");
-    return m;
-}
-
 QString MovementSource::key(const QString &grant) { return GrantKey(grant); }
+
+bool MovementSource::dateRanks(QHash<QByteArray, int> *ranks, int *nullRank)
+{
+    // The distinct dates come from the index on Datum at once, in the server's order.
+    *nullRank = -1;
+    int rank = 0;
+    return m_conn.eachRow(QStringLiteral("SELECT Datum FROM ImportUctyCastky GROUP BY Datum ORDER BY Datum"), {},
+                          [&](const DbConnection::RawRow &r) {
+                              if (r[0])
+                                  ranks->insert(QByteArray(r[0]->data(), qsizetype(r[0]->size())), rank);
+                              else
+                                  *nullRank = rank;
+                              ++rank;
+                          });
+}
 
 bool MovementSource::read(const QString &grant, bool all)
 {
-    QSqlQuery q = m_conn.query();
-    q.setForwardOnly(true);
-    const QString head = QStringLiteral("SELECT Ucet, `Grant`, Castka, `MD/DAL` FROM ImportUctyCastky ");
-    const QString order = QStringLiteral(" ORDER BY Datum, id");
-    if (all ? !m_conn.exec(q, head + order) : !m_conn.exec(q, head + QStringLiteral("WHERE `Grant` = ?") + order, {grant}))
+    // Every row is read in the order of ids and put in the order of dates here, by the place of
+    // its date among the distinct dates: sorting a million rows takes the server longer than
+    // sending them. A date that is not one of the listed texts byte for byte (another case or
+    // trailing blanks, equal to the server) leaves the sorting to the server after all.
+    QHash<QByteArray, int> ranks;
+    int nullRank = -1;
+    bool ranked = all;
+    if (ranked && !dateRanks(&ranks, &nullRank))
         return false;
+    struct Read {
+        Movement m;
+        int rank = 0, grant = 0;
+    };
+    std::vector<Read> read;
+    QHash<QByteArray, int> accountOf, grantOf;
+    // One grant's rows all count for it; of all rows, each for the grant it names.
+    QStringList grants = all ? QStringList() : QStringList{key(grant)};
+    QHash<QString, int> grantNumbers;
+    const QString head = QStringLiteral("SELECT Datum, Ucet, `Grant`, Castka, `MD/DAL` FROM ImportUctyCastky ");
+    for (;;) {
+        bool unranked = false;
+        const auto row = [&](const DbConnection::RawRow &r) {
+            Read one;
+            // Nulls read as empty text, as the record set gives them to the sum; an amount that
+            // is no number counts in no sum.
+            if (unranked || !MovementAmount(r[3].value_or(std::string_view()), &one.m.amount))
+                return;
+            if (ranked) {
+                one.rank = r[0] ? ranks.value(QByteArray::fromRawData(r[0]->data(), qsizetype(r[0]->size())), -1) : nullRank;
+                unranked = one.rank < 0;
+            }
+            const std::string_view ucet = r[1].value_or(std::string_view()), g = r[2].value_or(std::string_view());
+            const QByteArray ucetBytes = QByteArray::fromRawData(ucet.data(), qsizetype(ucet.size()));
+            auto account = accountOf.constFind(ucetBytes);
+            if (account == accountOf.constEnd()) {
+                const QString text = QString::fromUtf8(ucet.data(), qsizetype(ucet.size()));
+                auto number = m_accountNumbers.constFind(text);
+                if (number == m_accountNumbers.constEnd()) {
+                    number = m_accountNumbers.insert(text, int(m_accounts.size()));
+                    m_accounts.append(text);
+                }
+                account = accountOf.insert(QByteArray(ucet.data(), qsizetype(ucet.size())), number.value());
+            }
+            one.m.account = account.value();
+            one.m.dal = r[4] && *r[4] == "DAL";
+            if (!all) {
+                read.push_back(one);
+                return;
+            }
+            const QByteArray grantBytes = QByteArray::fromRawData(g.data(), qsizetype(g.size()));
+            auto number = grantOf.constFind(grantBytes);
+            if (number == grantOf.constEnd()) {
+                const QString k = key(QString::fromUtf8(g.data(), qsizetype(g.size())));
+                if (!grantNumbers.contains(k)) {
+                    grantNumbers.insert(k, int(grants.size()));
+                    grants.append(k);
+                }
+                number = grantOf.insert(QByteArray(g.data(), qsizetype(g.size())), grantNumbers.value(k));
+            }
+            one.grant = number.value();
+            read.push_back(one);
+        };
+        if (!(all ? m_conn.eachRow(head + (ranked ? QStringLiteral("ORDER BY id") : QStringLiteral("ORDER BY Datum, id")), {}, row)
+                  : m_conn.eachRow(head + QStringLiteral("WHERE `Grant` = ? ORDER BY Datum, id"), {grant}, row)))
+            return false;
+        if (!unranked)
+            break;
+        ranked = false;
+        read.clear();
+    }
+    // In the order of dates, rows of one date in the order of ids.
+    std::vector<int> order(read.size());
+    if (ranked) {
+        std::vector<int> start(size_t(ranks.size()) + 2, 0);
+        for (const Read &r : read)
+            ++start[size_t(r.rank) + 1];
+        for (size_t i = 1; i < start.size(); ++i)
+            start[i] += start[i - 1];
+        for (size_t i = 0; i < read.size(); ++i)
+            order[size_t(start[size_t(read[i].rank)]++)] = int(i);
+    } else {
+        std::iota(order.begin(), order.end(), 0);
+    }
     if (all) {
         m_rows.clear();
         m_byGrant.clear();
         m_allIndex.clear();
     }
-    GrantRows *one = all ? nullptr : &m_byGrant[key(grant)];
-    QString lastGrant;
-    GrantRows *current = one;
-    while (q.next()) {
-        const int at = int(m_rows.size());
-        // Nulls read as empty text, as the record set gives them to the sum.
-        Movement m = MakeMovement(q.value(0).toString(), q.value(2).toString(), q.value(3).toString());
-        auto number = m_accountNumbers.constFind(m.ucet);
-        if (number == m_accountNumbers.constEnd()) {
-            number = m_accountNumbers.insert(m.ucet, int(m_accounts.size()));
-            m_accounts.append(m.ucet);
-        }
-        m.account = number.value();
-        m_rows.append(std::move(m));
-        if (all) {
-            const QString g = q.value(1).toString();
-            if (!current || g != lastGrant) {
-                current = &m_byGrant[key(g)];
-                lastGrant = g;
-            }
-            m_allIndex.append(at);
-        }
-        current->rows.append(at);
+    std::vector<QVector<int>> rowsOf(size_t(grants.size()));
+    m_rows.reserve(m_rows.size() + qsizetype(read.size()));
+    for (const int i : order) {
+        rowsOf[size_t(read[size_t(i)].grant)].append(int(m_rows.size()));
+        if (all)
+            m_allIndex.append(int(m_rows.size()));
+        m_rows.append(read[size_t(i)].m);
     }
-    if (all) {
-        for (GrantRows &g : m_byGrant)
-            listAccounts(g);
-    } else {
-        listAccounts(*one);
+    for (qsizetype g = 0; g < grants.size(); ++g) {
+        GrantRows &rows = m_byGrant[grants.at(g)];
+        rows.rows = std::move(rowsOf[size_t(g)]);
+        listAccounts(rows);
     }
     m_allLoaded = m_allLoaded || all;
     return true;
@@ -154,29 +210,6 @@ const QVector<int> *MovementSource::allRows() { return loadAll() ? &m_allIndex :
 
 const QString ImportPohybCalc::DefaultFilter = QStringLiteral("Ucet like '%'");
 
-QString MovementCriterionText(const QString &filter, const QString &grant)
-{
-    QString copy = filter;
-    copy.remove(QLatin1Char('-'));
-    const auto clause = [&](QString item) {
-        return QStringLiteral("(ucet LIKE '") + item.remove(QLatin1Char('*')).trimmed() + QStringLiteral("%' AND GRANT='") +
-               grant.trimmed() + QStringLiteral("')");
-    };
-    const auto blank = [](QString item) { return item.remove(QLatin1Char('*')).trimmed().isEmpty(); };
-    if (!copy.contains(QLatin1Char(',')))
-        return blank(copy) ? QString() : clause(copy);
-    QString criterion;
-    const QStringList items = copy.split(QLatin1Char(','));
-    for (int i = 0; i < items.size(); ++i) {
-        if (blank(items.at(i)))
-            continue;
-        if (i > 0)
-            criterion += QStringLiteral(" OR ");
-        criterion += clause(items.at(i));
-    }
-    return criterion;
-}
-
 bool ImportPohybCalc::SoucetSkupiny()
 {
     total = 0;
@@ -186,39 +219,35 @@ bool ImportPohybCalc::SoucetSkupiny()
     // the items alone decide. Without items the criterion is empty and every row counts.
     const QStringList items = FilterItems(SkupUctu);
     const QStringList reversed = ReversedAccounts(SkupUctu);
-    const QVector<Movement> &rows = m_movements.rows();
-    const auto add = [&](const Movement &m, int weight) {
-        // MD raises the sum, DAL lowers it; a reversed account the other way round.
-        if (m.number)
-            total += (m.dal ? -weight : weight) * m.amount;
-    };
-    const auto weightOf = [&](const QString &account) {
-        return !reversed.isEmpty() && reversed.contains(account.trimmed()) ? -1 : 1;
-    };
+    const QVector<int> *rows = nullptr;
+    const QVector<int> *accounts = nullptr;
+    QVector<int> every;
     if (items.isEmpty()) {
-        const QVector<int> *all = m_movements.allRows();
-        if (!all)
-            return false;
-        for (const int i : *all)
-            add(rows.at(i), weightOf(rows.at(i).ucet));
-    } else {
-        const MovementSource::GrantRows *grant = m_movements.grantRows(GrantActiv.trimmed());
-        if (!grant)
-            return false;
-        // Whether and how each account of the grant counts, then the rows in their order.
-        m_weight.resize(m_movements.accountCount());
-        for (const int a : grant->accounts) {
-            const QString &account = m_movements.account(a);
-            const bool counted = std::any_of(items.cbegin(), items.cend(), [&](const QString &item) {
-                return account.startsWith(item, Qt::CaseInsensitive);
-            });
-            m_weight[a] = counted ? static_cast<signed char>(weightOf(account)) : 0;
-        }
-        for (const int i : grant->rows) {
-            const Movement &m = rows.at(i);
-            if (const int w = m_weight.at(m.account))
-                add(m, w);
-        }
+        rows = m_movements.allRows();
+        every.resize(m_movements.accountCount());
+        std::iota(every.begin(), every.end(), 0);
+        accounts = &every;
+    } else if (const MovementSource::GrantRows *grant = m_movements.grantRows(GrantActiv.trimmed())) {
+        rows = &grant->rows;
+        accounts = &grant->accounts;
+    }
+    if (!rows)
+        return false;
+    // Whether and with which sign each account counts, then the rows in their order: MD raises
+    // the sum, DAL lowers it, an account the filter reverses the other way round.
+    m_weight.resize(m_movements.accountCount());
+    for (const int a : *accounts) {
+        const QString &account = m_movements.account(a);
+        const bool counted = items.isEmpty() || std::any_of(items.cbegin(), items.cend(), [&](const QString &item) {
+                                 return account.startsWith(item, Qt::CaseInsensitive);
+                             });
+        m_weight[a] = !counted ? 0 : reversed.contains(account.trimmed()) ? -1 : 1;
+    }
+    const QVector<Movement> &movements = m_movements.rows();
+    for (const int i : *rows) {
+        const Movement &m = movements.at(i);
+        if (const int w = m_weight.at(m.account))
+            total += (m.dal ? -w : w) * m.amount;
     }
     Cerpani = FormatAmount(total);
     return true;
@@ -419,10 +448,10 @@ bool RefreshSkupUcty(DbConnection &conn, const QString &grant, int *removed)
 
 bool WriteGroupRows(DbConnection &conn, const QVector<GroupRow> &rows)
 {
-    QVector<QVariantList> values;
+    QVector<QStringList> values;
     values.reserve(rows.size());
     for (const GroupRow &r : rows)
-        values.append({r.id, r.plan, r.cerpani, r.zustatek, r.procent});
+        values.append({QString::number(r.id), r.plan, r.cerpani, r.zustatek, r.procent});
     return UpdateRowsById(conn, QStringLiteral("SkupUctuGrant"),
                           {QStringLiteral("Castka_plan"), QStringLiteral("Castka_cerpani"), QStringLiteral("Zustatek"),
                            QStringLiteral("Procent")},
@@ -431,10 +460,10 @@ bool WriteGroupRows(DbConnection &conn, const QVector<GroupRow> &rows)
 
 bool WriteCastka3(DbConnection &conn, const QVector<QPair<int, QString>> &values)
 {
-    QVector<QVariantList> rows;
+    QVector<QStringList> rows;
     rows.reserve(values.size());
     for (const auto &[id, castka3] : values)
-        rows.append({id, castka3});
+        rows.append({QString::number(id), castka3});
     return UpdateRowsById(conn, QStringLiteral("GrantyPlan"), {QStringLiteral("Castka3")}, rows);
 }
 
@@ -576,12 +605,12 @@ bool CalculGrant(ImportPohybCalc &calc, int level, QVector<LevelRow> &rows)
 
 bool WriteLevelRows(DbConnection &conn, int level, const QVector<LevelRow> &rows)
 {
-    QVector<QVariantList> values;
+    QVector<QStringList> values;
     for (const LevelRow &r : rows) {
         if (level == 3)
-            values.append({r.id, r.castkaImport, r.castkaZustatek, r.procent});
+            values.append({QString::number(r.id), r.castkaImport, r.castkaZustatek, r.procent});
         else
-            values.append({r.id, r.castka});
+            values.append({QString::number(r.id), r.castka});
     }
     const QStringList columns = level == 3 ? QStringList{QStringLiteral("Castka_import"), QStringLiteral("Castka_zustatek"),
                                                          QStringLiteral("Procent")}

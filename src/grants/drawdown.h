@@ -7,6 +7,7 @@
 
 #include "grants/skupuctugrant.h"
 
+#include <QByteArray>
 #include <QHash>
 #include <QString>
 #include <QStringList>
@@ -16,17 +17,13 @@
 
 class DbConnection;
 
-// One movement row as the sum needs it.
+// One movement row as the sum needs it. Rows whose Castka IsNumberText does not accept are
+// not kept: every sum skips them.
 struct Movement {
-    QString ucet;
     double amount = 0;     // the trimmed Castka with "," read as "."
-    bool number = false;   // IsNumberText accepted Castka: other rows are skipped by every sum
-    bool dal = false;      // MD/DAL is "DAL"
     int account = -1;      // the account's number among the source's distinct accounts
+    bool dal = false;      // MD/DAL is "DAL"
 };
-
-// Reads a movement the way the sum does (exposed for the benchmark's literal computation).
-Movement MakeMovement(const QString &ucet, const QString &castka, const QString &side);
 
 // The movements, read on demand: one grant's rows, or all of them when a group without a
 // filter asks for every row of every grant.
@@ -53,6 +50,7 @@ public:
 
 private:
     bool read(const QString &grant, bool all);
+    bool dateRanks(QHash<QByteArray, int> *ranks, int *nullRank);
     void listAccounts(GrantRows &grant);
     static QString key(const QString &grant);
 
@@ -64,11 +62,6 @@ private:
     QVector<int> m_allIndex;
     bool m_allLoaded = false;
 };
-
-// The criterion of a group's movements as text, item by item:
-// "(ucet LIKE '501%' AND GRANT='1201') OR (...)". The joiner looks at the item's position
-// in the filter, so an empty first item leaves the next clause starting with " OR ".
-QString MovementCriterionText(const QString &filter, const QString &grant);
 
 // The hidden calculator of the movement screen: the sum of one group's movements in a grant.
 // The caller sets SkupUctu (the group's code filter) and GrantActiv, calls SoucetSkupiny and

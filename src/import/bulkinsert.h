@@ -11,14 +11,12 @@
 #include <vector>
 
 class DbConnection;
-struct st_mysql_stmt;
 
 class BulkInsert {
 public:
     // head: "INSERT INTO table (col, ...)"; tail: what follows the values, such as
     // " ON DUPLICATE KEY UPDATE ...".
     BulkInsert(DbConnection &conn, const QString &head, int columns, const QString &tail = QString());
-    ~BulkInsert();
     BulkInsert(const BulkInsert &) = delete;
     BulkInsert &operator=(const BulkInsert &) = delete;
 
@@ -31,12 +29,9 @@ public:
     QString error() const { return m_error; }
 
 private:
-    bool fail(const QString &code, const QString &text);
-
     DbConnection &m_conn;
     QString m_sql;
     int m_columns;
-    st_mysql_stmt *m_stmt = nullptr;
     QByteArray m_data;                  // the batch's values, UTF-8, one after another
     std::vector<qsizetype> m_ends;      // where each value of the batch ends in m_data
     int m_count = 0;

@@ -87,17 +87,6 @@ TEST(FilterCriterion, SelectsByPrefixInTheDatabaseAndSurvivesGarbage)
     EXPECT_TRUE(Castky(CriterionForm::Movements, "1' OR '1'='1, x);DROP TABLE y;--", "12'").isEmpty());
 }
 
-TEST(FilterSign, ReversedOnlyForTheExactAccountOfAFilterWithMinus)
-{
-    // Any item of a filter holding a minus reverses its exact account.
-    const struct { const char *filter, *account, *side; int sign; } cases[] = {
-        {"518*", "518", "MD", 1},        {"518*", "518", "DAL", -1},      {"518,-602*", "518", "MD", -1},
-        {"518,-602*", "602", "MD", -1},  {"518,-602*", "602", "DAL", 1},  {"518,-602*", "6025", "MD", 1},
-        {"518, -602*", "6025", "DAL", -1}, {"-518*", "5181", "MD", 1}};
-    for (const auto &c : cases)
-        EXPECT_EQ(MovementSign(c.filter, c.account, c.side), c.sign) << c.filter << ' ' << c.account << ' ' << c.side;
-}
-
 TEST(FilterGrants, UserListAsPrefixTermsAndPermittedGrants)
 {
     FreshDatabases(true);

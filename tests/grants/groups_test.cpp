@@ -35,6 +35,31 @@ TEST(Amount, EmptyIsZeroCommaIsDecimalAndFormattedUnpadded)
     EXPECT_EQ(FormatAmount(AmountValue(u"1 973 300,15")), "1 973 300,15");
 }
 
+TEST(Amount, MovementBytesReadAsTheTextIs)
+{
+    // Each text as the sum reads it, from the bytes the server sends: whether it is a number
+    // and its value, against the text functions.
+    const struct { const char *bytes; bool number; double value; } cases[] = {
+        {"  12 345,67 ", true, 12345.67}, {"-500", true, -500}, {"- 5", true, -5}, {"5-3", true, 5},
+        {"--5", true, 0}, {"-", true, 0}, {".", true, 0}, {",5", true, 0.5}, {"5.", true, 5}, {"0,005", true, 0.005},
+        {"1,2,3", false, 0}, {"1.2,3", false, 0}, {"   ", false, 0}, {"", false, 0}, {"   Find error !   ", false, 0},
+        {"1\u00a0234,50", true, 1}, {"\u00a0-1 234,50\u00a0", true, -1234.5}, {"12,5e3", false, 0}, {"+5", false, 0},
+        {"\t5", false, 0}, {"１２", false, 0}, {"1 000 000 000 000 000,01", true, 1e15},
+        {"12,345678901234567890123", true, 12.345678901234567},
+        {"1111111111111111111111111111111111111111111111111111111111111111111111,5", true, 1.1111111111111111e69},
+    };
+    for (const auto &c : cases) {
+        const QString text = QString::fromUtf8(c.bytes);
+        double value = -1;
+        ASSERT_EQ(MovementAmount(c.bytes, &value), c.number) << c.bytes;
+        ASSERT_EQ(IsNumberView(text), c.number) << c.bytes;
+        if (!c.number)
+            continue;
+        EXPECT_DOUBLE_EQ(value, c.value) << c.bytes;
+        EXPECT_EQ(value, AmountValue(QStringView(text).trimmed())) << c.bytes;   // to the last bit
+    }
+}
+
 TEST(SpoctiRadek, RestAndShareFromTheWholeCrownsOfTheRest)
 {
     // 749 * 100 / 1000: the 50 hellers do not count; 1 * 100 / 400 = 0.25 rounds to the even 0.2.
