@@ -37,7 +37,11 @@ check "a taken stored port is left to the other server" '[ "$(cat "$dir/port")" 
 check "account works on the new port" 'connects "SELECT 1" >/dev/null'
 "$dbserver" --dir "$other" stop >/dev/null
 
+# A test holding the server in use: stop waits until it is done.
+( flock 8; sleep 4; touch "$dir/test-done" ) 8>"$dir/inuse.lock" &
+sleep 0.5
 "$dbserver" --dir "$dir" stop >/dev/null
+check "stop waits for the test using the server" '[ -f "$dir/test-done" ]'
 check "stops" '! "$dbserver" --dir "$dir" status >/dev/null'
 "$dbserver" --dir "$dir" status >/dev/null; rc=$?
 check "status of a stopped server is 3" '[ $rc -eq 3 ]'

@@ -20,6 +20,9 @@
 
 #include <memory>
 
+#include <fcntl.h>
+#include <sys/file.h>
+
 namespace testenv {
 namespace {
 std::unique_ptr<QTemporaryDir> g_root;   // folders of this process
@@ -62,7 +65,19 @@ void SetUp()
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, root + QStringLiteral("/settings"));
 
     g_serverDir = qEnvironmentVariable("FONDARIX_TEST_SERVER");
-    if (g_serverDir.isEmpty() || !QFile::exists(g_serverDir + QStringLiteral("/fondarix.cnf"))) {
+    bool shared = false;
+    if (!g_serverDir.isEmpty()) {
+        // Every test drops and creates the same databases, so only one test at a time may use
+        // the run's server, whichever CTest run or executable it belongs to (the lock of CTest
+        // holds within one run only). The lock goes with the process; the server's stop waits
+        // for it. A run that ended meanwhile may have stopped the server: started again here.
+        const int fd = ::open(QFile::encodeName(g_serverDir + QStringLiteral("/inuse.lock")).constData(),
+                              O_CREAT | O_RDWR | O_CLOEXEC, 0644);
+        shared = fd >= 0 && ::flock(fd, LOCK_EX) == 0
+                 && runDbServer({QStringLiteral("--dir"), g_serverDir, QStringLiteral("--port"), QStringLiteral("auto"),
+                                 QStringLiteral("start")});
+    }
+    if (!shared) {
         g_serverDir = root + QStringLiteral("/db");
         g_ownServer = runDbServer({QStringLiteral("--dir"), g_serverDir, QStringLiteral("--port"),
                                    QStringLiteral("auto"), QStringLiteral("start")});
