@@ -80,44 +80,7 @@ struct Closer {   // viewers a command opened
 };
 } // namespace
 
-TEST(StockSummaries, IssuesOfAWarehouseAsTheJournalHasThem)
-{
-    FreshDatabases(true);
-    LoginAs(3);
-    DbConnection centre(ConnStrCentre());
-    const QString dir = SamplesDir("stock");
-    EXPECT_EQ(VydejSummaryPath(dir, "Chemikálie"), dir + "/Souhrn výdaného zboži - Chemikálie.html");
-    EXPECT_EQ(VydejSummaryPath(dir, "a/b:c*?"), dir + "/Souhrn výdaného zboži - a_b_c__.html");
-    EXPECT_EQ(QFileInfo(VydejSummaryPath(dir, QString(300, 'x'))).fileName().size(), 24 + 120 + 5);
-
-    QString error;
-    Exec(Centre, "INSERT INTO CHEM_VYD (NAM_CHIM, KATAL, KOMU, MIRA, DAT_VYD, KUS_VY, sklad) VALUES "
-                 "('<b>Aceton</b> & spol.', 'A-1', 'Laboratoř', 'l', '2026-02-03', '2 x 1', 'Chemikálie')");
-    const QString path = VydejSummaryPath(dir, "Chemikálie");
-    const int rows = WriteVydejSummary(centre, "Chemikálie", path, &error);
-    EXPECT_EQ(rows, One("SELECT COUNT(*) FROM CHEM_VYD WHERE sklad='Chemikálie'").toInt());
-    const QByteArray html = Bytes(path);
-    EXPECT_TRUE(html.startsWith(Head("Souhrn výdaného zboži", "Chemikálie")));
-    EXPECT_TRUE(html.contains(ToCp1250("<p><b><i>Seznam položek: sklad - Chemikálie</i></b></p>")));
-    EXPECT_TRUE(html.contains("N&nbsp;\xc1&nbsp;Z&nbsp;E&nbsp;V"));
-    EXPECT_EQ(Rows(html), rows);
-    EXPECT_LT(html.indexOf("&lt;b&gt;Aceton&lt;/b&gt; &amp; spol."), html.indexOf("Ethanol"));   // by name
-    EXPECT_TRUE(html.contains("<td class=cell_first>1</td>"));
-    EXPECT_TRUE(html.endsWith("</table>\r\n</body></html>\r\n"));
-    Render(path, "vydeje");
-
-    // No issues: the page with its header row all the same; the file is written anew.
-    EXPECT_EQ(WriteVydejSummary(centre, "Prázdný", path, &error), 0);
-    EXPECT_TRUE(Bytes(path).contains(ToCp1250("Seznam položek: sklad - Prázdný")));
-    EXPECT_EQ(Rows(Bytes(path)), 0);
-    EXPECT_TRUE(Bytes(path).contains("<td class=cell_top width=250px>"));
-    // All warehouses, and a folder that is not there.
-    EXPECT_EQ(WriteVydejSummary(centre, "", path, &error), One("SELECT COUNT(*) FROM CHEM_VYD").toInt());
-    EXPECT_EQ(WriteVydejSummary(centre, "x", "/nonexistent/dir/x.html", &error), -1);
-    EXPECT_FALSE(error.isEmpty());
-}
-
-TEST(StockSummaries, OrderedGoodsOfAWarehouseAnItemAndAYear)
+TEST(StockSummaries, OrderedGoodsOfAWarehouseAnItemAndAYearAndFromTheScreen)
 {
     FreshDatabases(true);
     LoginAs(3);
@@ -168,22 +131,42 @@ TEST(StockSummaries, OrderedGoodsOfAWarehouseAnItemAndAYear)
     bad.skladFile = "x; DROP TABLE archobj";
     EXPECT_EQ(WriteObjednSummary(centre, "Chemikálie", bad, path, &error), -1);
     EXPECT_EQ(One("SELECT COUNT(*) FROM archobj"), "3");
+
+    // The stock screen's summaries ask first, then write to the scratch folder.
+    ScriptedMessages messages;
+    Closer closer;
+    frmCHEMIK screen;
+    screen.OpenFile = "Chemikálie~" + Chem;
+    ASSERT_TRUE(screen.Load());
+    messages.answers = {AnswerCancel, AnswerOk};
+    EXPECT_TRUE(screen.cmdArchObjedn_Click().isEmpty());
+    EXPECT_EQ(messages.shown.back().text, "Opravdu si přejete vytvořit tiskovou sestavu všeho, co bylo objednáno na skladě?");
+    const QString shown = screen.cmdArchObjedn_Click();
+    EXPECT_EQ(shown, Session().TempDir + "/Souhrn objednaného zboži - Chemikálie.html");
+    messages.answers = {AnswerOk};
+    const QString name = Child<QTableView>(&screen, "DataGrid1")->model()->index(0, 0).data().toString();
+    EXPECT_EQ(screen.cmdPolozkaObjedn_Click(), shown);
+    EXPECT_EQ(messages.shown.back().text, "Opravdu si přejete vytvořit tiskovou sestavu pro položku: " + name + "- ?");
+    EXPECT_EQ(screen.cmdOrder_Click(), shown);
 }
 
-TEST(frmVydeji, JournalOfAWarehouseAndItsPrint)
+TEST(frmVydeji, JournalOfAWarehouseItsPrintAndTheSummary)
 {
     FreshDatabases(true);
     LoginAs(3);
     ScriptedMessages messages;
     Closer closer;
+    Exec(Centre, "INSERT INTO CHEM_VYD (NAM_CHIM, KATAL, KOMU, MIRA, DAT_VYD, KUS_VY, sklad) VALUES "
+                 "('<b>Aceton</b> & spol.', 'A-1', 'Laboratoř', 'l', '2026-02-03', '2 x 1', 'Kancelář')");
     frmVydeji screen;
     screen.OpenFile = "Kancelář~Skl1622026094003";
     ASSERT_TRUE(screen.Load());
     EXPECT_EQ(screen.windowTitle(), "Výdej");
     EXPECT_EQ(Child<QLabel>(&screen, "Label3")->text(), "Kancelář");
     auto *grid = Child<QTableView>(&screen, "DataGrid1");
-    EXPECT_EQ(grid->model()->rowCount(), One("SELECT COUNT(*) FROM CHEM_VYD WHERE sklad='Kancelář'").toInt());
-    EXPECT_EQ(grid->model()->index(0, 0).data().toString(), One("SELECT MIN(NAM_CHIM) FROM CHEM_VYD WHERE sklad='Kancelář'"));
+    const int rows = One("SELECT COUNT(*) FROM CHEM_VYD WHERE sklad='Kancelář'").toInt();
+    EXPECT_EQ(grid->model()->rowCount(), rows);
+    EXPECT_EQ(grid->model()->index(0, 0).data().toString(), "<b>Aceton</b> & spol.");   // by name
     EXPECT_EQ(Child<QLabel>(&screen, "lblZaznam")->text(), "Záznam číslo: 1");
     grid->setCurrentIndex(grid->model()->index(2, 0));
     EXPECT_EQ(Child<QLabel>(&screen, "lblZaznam")->text(), "Záznam číslo: 3");
@@ -195,6 +178,31 @@ TEST(frmVydeji, JournalOfAWarehouseAndItsPrint)
         if (auto *viewer = qobject_cast<HtmlViewer *>(w))
             shown = shown || QFileInfo(viewer->path()) == QFileInfo(path);
     EXPECT_TRUE(shown);
+
+    // The summary printed: the journal's rows in its order, a name in HTML written as text.
+    const QByteArray html = Bytes(path);
+    EXPECT_TRUE(html.startsWith(Head("Souhrn výdaného zboži", "Kancelář")));
+    EXPECT_TRUE(html.contains(ToCp1250("<p><b><i>Seznam položek: sklad - Kancelář</i></b></p>")));
+    EXPECT_TRUE(html.contains("N&nbsp;\xc1&nbsp;Z&nbsp;E&nbsp;V"));
+    EXPECT_EQ(Rows(html), rows);
+    EXPECT_LT(html.indexOf("&lt;b&gt;Aceton&lt;/b&gt; &amp; spol."),
+              html.indexOf(ToCp1250(grid->model()->index(1, 0).data().toString())));
+    EXPECT_TRUE(html.contains("<td class=cell_first>1</td>"));
+    EXPECT_TRUE(html.endsWith("</table>\r\n</body></html>\r\n"));
+    Render(path, "vydeje");
+    // Its file name; a warehouse without issues, all warehouses, a folder that is not there.
+    const QString dir = SamplesDir("stock");
+    EXPECT_EQ(VydejSummaryPath(dir, "a/b:c*?"), dir + "/Souhrn výdaného zboži - a_b_c__.html");
+    EXPECT_EQ(QFileInfo(VydejSummaryPath(dir, QString(300, 'x'))).fileName().size(), 24 + 120 + 5);
+    DbConnection centre(ConnStrCentre());
+    QString error;
+    EXPECT_EQ(WriteVydejSummary(centre, "Prázdný", path, &error), 0);
+    EXPECT_TRUE(Bytes(path).contains(ToCp1250("Seznam položek: sklad - Prázdný")));
+    EXPECT_EQ(Rows(Bytes(path)), 0);
+    EXPECT_TRUE(Bytes(path).contains("<td class=cell_top width=250px>"));
+    EXPECT_EQ(WriteVydejSummary(centre, "", path, &error), One("SELECT COUNT(*) FROM CHEM_VYD").toInt());
+    EXPECT_EQ(WriteVydejSummary(centre, "x", "/nonexistent/dir/x.html", &error), -1);
+    EXPECT_FALSE(error.isEmpty());
 
     frmVydeji all;
     ASSERT_TRUE(all.Load());
@@ -241,26 +249,4 @@ TEST(frmVydeji, JournalOfAWarehouseAndItsPrint)
     EXPECT_EQ(m->rowCount(), 200);
     EXPECT_EQ(m->index(0, 4).data().toString(), first);
     EXPECT_EQ(m->index(199, 4).data().toString(), read.value(199).section('|', 2));
-    Exec(Centre, "RENAME TABLE CHEM_VYD_pryc TO CHEM_VYD");
-}
-
-TEST(frmCHEMIK, SummariesOfOrderedGoodsAskFirst)
-{
-    FreshDatabases(true);
-    LoginAs(3);
-    ScriptedMessages messages;
-    Closer closer;
-    frmCHEMIK screen;
-    screen.OpenFile = "Chemikálie~" + Chem;
-    ASSERT_TRUE(screen.Load());
-    messages.answers = {AnswerCancel, AnswerOk};
-    EXPECT_TRUE(screen.cmdArchObjedn_Click().isEmpty());
-    EXPECT_EQ(messages.shown.back().text, "Opravdu si přejete vytvořit tiskovou sestavu všeho, co bylo objednáno na skladě?");
-    const QString path = screen.cmdArchObjedn_Click();
-    EXPECT_EQ(path, Session().TempDir + "/Souhrn objednaného zboži - Chemikálie.html");
-    messages.answers = {AnswerOk};
-    const QString name = Child<QTableView>(&screen, "DataGrid1")->model()->index(0, 0).data().toString();
-    EXPECT_EQ(screen.cmdPolozkaObjedn_Click(), path);
-    EXPECT_EQ(messages.shown.back().text, "Opravdu si přejete vytvořit tiskovou sestavu pro položku: " + name + "- ?");
-    EXPECT_EQ(screen.cmdOrder_Click(), path);
 }
