@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 
 QString AmountText(const QVariant &stored)
 {
@@ -28,42 +29,64 @@ double AmountValue(QStringView text)
     return ScanNumber(QStringView(buf, text.size()));
 }
 
+namespace {
+bool MovementAmountAsText(std::string_view bytes, double *value)
+{
+    const QString text = QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
+    if (!IsNumberView(text))
+        return false;
+    *value = AmountValue(QStringView(text).trimmed());
+    return true;
+}
+} // namespace
+
 bool MovementAmount(std::string_view bytes, double *value)
 {
-    // The usual amount ("  -12 345,67") is read from its bytes, a million times per
+    // The usual amount ("  -12 345,67") is read from its bytes in one pass, a million times per
     // recalculation; anything else (a no-break space, a letter, a long text) as text.
     constexpr size_t Short = 64;
-    const bool plain = bytes.size() <= Short && std::all_of(bytes.cbegin(), bytes.cend(), [](char c) {
-        return (c >= '0' && c <= '9') || c == ' ' || c == ',' || c == '.' || c == '-';
-    });
-    if (!plain) {
-        const QString text = QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
-        if (!IsNumberView(text))
-            return false;
-        *value = AmountValue(QStringView(text).trimmed());
-        return true;
-    }
-    // A number: not blank, at most one decimal mark. Its value as the scanner reads it: a
-    // leading "-", then digits and the mark with blanks between them, up to a further "-".
-    if (std::count(bytes.cbegin(), bytes.cend(), ',') + std::count(bytes.cbegin(), bytes.cend(), '.') > 1 ||
-        bytes.find_first_not_of(' ') == std::string_view::npos)
-        return false;
-    size_t i = bytes.find_first_not_of(' ');
-    const bool negative = bytes[i] == '-';
-    if (negative)
-        ++i;
+    if (bytes.size() > Short)
+        return MovementAmountAsText(bytes, value);
+    // As the scanner reads it: a leading "-", then digits and one mark with blanks between
+    // them, up to a further "-". The rest of the text still decides whether it is a number.
     char number[Short];
     size_t n = 0;
-    bool digits = false;
-    for (; i < bytes.size() && bytes[i] != '-'; ++i) {
-        if (bytes[i] == ' ')
+    int marks = 0, digits = 0, decimals = 0;
+    bool started = false, negative = false, stopped = false;
+    std::uint64_t mantissa = 0;
+    for (const char c : bytes) {
+        if (c == ' ')
             continue;
-        digits = digits || (bytes[i] != ',' && bytes[i] != '.');
-        number[n++] = bytes[i] == ',' ? '.' : bytes[i];
+        const bool digit = c >= '0' && c <= '9', mark = c == ',' || c == '.';
+        if (!digit && !mark && c != '-')
+            return MovementAmountAsText(bytes, value);
+        marks += mark;
+        if (stopped)
+            continue;
+        if (c == '-') {
+            // A leading minus is the sign; any other ends the number.
+            (started ? stopped : negative) = true;
+            started = true;
+            continue;
+        }
+        started = true;
+        number[n++] = mark ? '.' : c;
+        if (digit) {
+            mantissa = mantissa * 10 + std::uint64_t(c - '0');
+            ++digits;
+            decimals += marks > 0;
+        }
     }
+    if (!started || marks > 1)
+        return false;
+    // Up to 15 digits both numbers are exact doubles, and their quotient is the nearest double
+    // to the decimal, as the full reading gives it.
+    static constexpr double Powers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     double v = 0;
-    if (digits)
+    if (digits > 0 && digits <= 15)
+        v = double(mantissa) / Powers[decimals];
+    else if (digits > 0)
         std::from_chars(number, number + n, v);
-    *value = digits && negative ? -v : v;
+    *value = digits > 0 && negative ? -v : v;
     return true;
 }

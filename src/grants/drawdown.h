@@ -85,6 +85,10 @@ public:
 
 private:
     MovementSource &m_movements;
+    struct Filter {
+        QStringList items, reversed;
+    };
+    QHash<QString, Filter> m_filters;   // by SkupUctu: all grants have the same few groups
     QVector<signed char> m_weight;   // per account: 0 not in the group, 1 counted, -1 reversed
 };
 
