@@ -52,25 +52,6 @@ TEST(FilterText, TidyItemsAndPickedAccounts)
     EXPECT_EQ(AppendAccount("501*", "502"), "501*, 502");
 }
 
-TEST(FilterCriterion, ThreeFormsOneClausePerItem)
-{
-    const Criterion m = BuildCriterion(CriterionForm::Movements, "6*,801*,123000", " 12 ");
-    EXPECT_EQ(m.where, "(ucet LIKE ? AND `GRANT`=?) OR (ucet LIKE ? AND `GRANT`=?) OR (ucet LIKE ? AND `GRANT`=?)");
-    EXPECT_EQ(m.values, (QVariantList{"6%", "12", "801%", "12", "123000%", "12"}));
-
-    const Criterion a = BuildCriterion(CriterionForm::Accounts, "6*,801*,123000", "12");
-    EXPECT_EQ(a.where.count(" Or "), 2);
-    EXPECT_EQ(a.values, (QVariantList{"12%", "6%", "12%", "801%", "12%", "123000%"}));
-
-    const Criterion b = BuildCriterion(CriterionForm::Budget, "6*,801*,123000", "12");
-    EXPECT_EQ(b.where, a.where);
-    EXPECT_EQ(b.values, (QVariantList{"12", "6%", "12", "801%", "12", "123000%"}));
-
-    EXPECT_EQ(BuildCriterion(CriterionForm::Movements, "518*", "12").where, "(ucet LIKE ? AND `GRANT`=?)");
-    EXPECT_TRUE(BuildCriterion(CriterionForm::Accounts, "*", "12").isEmpty());
-    EXPECT_TRUE(BuildCriterion(CriterionForm::Budget, "", "12").isEmpty());
-}
-
 TEST(FilterCriterion, SelectsByPrefixInTheDatabaseAndSurvivesGarbage)
 {
     FreshDatabases(false);
@@ -81,8 +62,10 @@ TEST(FilterCriterion, SelectsByPrefixInTheDatabaseAndSurvivesGarbage)
     // The second form takes the grant as a prefix, the third exactly.
     EXPECT_EQ(Castky(CriterionForm::Accounts, "801", "1"), (QStringList{"4,00", "5,00"}));
     EXPECT_TRUE(Castky(CriterionForm::Budget, "801", "1").isEmpty());
-    // An empty filter selects every row, of every grant.
+    // A filter without items selects every row, of every grant, in every form.
     EXPECT_EQ(Castky(CriterionForm::Movements, " * ", "12").size(), 6);
+    EXPECT_EQ(Castky(CriterionForm::Accounts, "*", "12").size(), 6);
+    EXPECT_EQ(Castky(CriterionForm::Budget, "", "12").size(), 6);
     // Quotes and SQL in a filter are only text to compare.
     EXPECT_TRUE(Castky(CriterionForm::Movements, "1' OR '1'='1, x);DROP TABLE y;--", "12'").isEmpty());
 }

@@ -22,9 +22,7 @@ TEST(Amount, EmptyIsZeroCommaIsDecimalAndFormattedUnpadded)
     for (const QVariant &v : {QVariant(), QVariant(QString()), QVariant(QString("   "))})
         EXPECT_EQ(AmountText(v), "0,00");
     EXPECT_EQ(AmountText(QString(" 12,50 ")), "12,50");
-    for (const auto &[text, value] : {std::pair{"1 250 000,50", 1250000.5}, {"-7 955,33", -7955.33},
-                                      {"   Find error !   ", 0.0}, {"", 0.0}})
-        EXPECT_DOUBLE_EQ(AmountValue(QString::fromUtf8(text)), value) << text;
+    EXPECT_DOUBLE_EQ(AmountValue(u"   Find error !   "), 0.0);
     for (const auto &[value, text] : {std::pair{1234.5, "1 234,50"}, {0.0, "0,00"}, {2450000.0, "2 450 000,00"}})
         EXPECT_EQ(FormatAmount(value), text) << value;
     // The sign stands at the far left, ahead of any padding.
@@ -40,7 +38,7 @@ TEST(Amount, MovementBytesReadAsTheTextIs)
     // Each text as the sum reads it, from the bytes the server sends: whether it is a number
     // and its value, against the text functions.
     const struct { const char *bytes; bool number; double value; } cases[] = {
-        {"  12 345,67 ", true, 12345.67}, {"-500", true, -500}, {"- 5", true, -5}, {"5-3", true, 5},
+        {"  12 345,67 ", true, 12345.67}, {"-7 955,33", true, -7955.33}, {"-500", true, -500}, {"- 5", true, -5}, {"5-3", true, 5},
         {"--5", true, 0}, {"-", true, 0}, {".", true, 0}, {",5", true, 0.5}, {"5.", true, 5}, {"0,005", true, 0.005},
         {"1,2,3", false, 0}, {"1.2,3", false, 0}, {"   ", false, 0}, {"", false, 0}, {"   Find error !   ", false, 0},
         {"1\u00a0234,50", true, 1}, {"\u00a0-1 234,50\u00a0", true, -1234.5}, {"12,5e3", false, 0}, {"+5", false, 0},
