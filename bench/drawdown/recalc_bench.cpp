@@ -13,6 +13,7 @@
 #include "grants/frmGranty.h"
 
 #include <QSqlQuery>
+#include <QThread>
 
 #include <cstdio>
 #include <ctime>
@@ -157,6 +158,18 @@ int main(int argc, char **argv)
         return 1;
     }
     std::printf("data: %d grants, 20 groups each, 1 000 000 movements (%.1f s to make)\n", Grants, Seconds(t));
+    // A server whose movements were imported earlier has long written them to disk: the pages
+    // the generator left dirty are written out before the timing, not during it.
+    t.start();
+    conn.exec(QStringLiteral("SET GLOBAL innodb_max_dirty_pages_pct = 0"));
+    for (int dirty = -1; dirty != 0 && Seconds(t) < 60; QThread::msleep(200)) {
+        QSqlQuery q = conn.query();
+        dirty = conn.exec(q, QStringLiteral("SHOW GLOBAL STATUS LIKE 'Innodb_buffer_pool_pages_dirty'")) && q.next()
+                    ? q.value(1).toInt()
+                    : 0;
+    }
+    conn.exec(QStringLiteral("SET GLOBAL innodb_max_dirty_pages_pct = 90"));
+    std::printf("pages written out: %.1f s\n", Seconds(t));
 
     // The recalculation as cmdActual and `recalc` run it, three times.
     double best = 1e9;
