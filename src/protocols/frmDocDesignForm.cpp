@@ -92,9 +92,10 @@ bool frmDocDesignForm::load()
     if (!designing() && !OpenOrFatal(centre))
         return false;
     if (!designing() && IDProt != 0) {
-        row = ReadProtocol(centre, IDProt);
+        QString error;
+        row = ReadProtocol(centre, IDProt, &error);
         if (!row) {
-            MsgBox(QStringLiteral("Protokol nebyl nalezen."), MsgWarning);
+            MsgBox(error, MsgWarning);
             return false;
         }
         NazDoc = row->cislo_prot;

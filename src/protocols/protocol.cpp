@@ -178,11 +178,17 @@ std::optional<std::vector<ProtocolRow>> ListProtocols(DbConnection &centre, int 
     return rows;
 }
 
-std::optional<ProtocolRow> ReadProtocol(DbConnection &centre, int key)
+std::optional<ProtocolRow> ReadProtocol(DbConnection &centre, int key, QString *error)
 {
     QSqlQuery q = centre.query();
-    if (!centre.exec(q, QStringLiteral("SELECT * FROM archiv_prot WHERE `key`=?"), {key}) || !q.next())
+    if (!centre.exec(q, QStringLiteral("SELECT * FROM archiv_prot WHERE `key`=?"), {key})) {
+        setError(error, QStringLiteral("Protokol %1 nelze načíst. ").arg(key) + centre.errorText());
         return std::nullopt;
+    }
+    if (!q.next()) {
+        setError(error, QStringLiteral("Protokol %1 nebyl nalezen.").arg(key));
+        return std::nullopt;
+    }
     return protocolOf(q);
 }
 

@@ -60,7 +60,8 @@ struct ProtocolRow {
 // The protocols of a patient on one form (formId 0: on every form), oldest first; nullopt
 // with the message in error when they cannot be read.
 std::optional<std::vector<ProtocolRow>> ListProtocols(DbConnection &centre, int idPac, int formId, QString *error);
-std::optional<ProtocolRow> ReadProtocol(DbConnection &centre, int key);
+// The protocol of that key; nullopt with the message in error when it is missing or cannot be read.
+std::optional<ProtocolRow> ReadProtocol(DbConnection &centre, int key, QString *error);
 
 // The lists a saved protocol is made of.
 struct ProtocolLists {

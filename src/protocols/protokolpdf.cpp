@@ -216,12 +216,9 @@ bool ProtokolPdf(DbConnection &centre, DbConnection &sys, const QString &key, bo
 {
     if (key.trimmed().isEmpty())
         return true;
-    const std::optional<ProtocolRow> row = ReadProtocol(centre, key.trimmed().toInt());
-    if (!row) {
-        if (error)
-            *error = QStringLiteral("Protokol %1 nebyl nalezen.").arg(key);
+    const std::optional<ProtocolRow> row = ReadProtocol(centre, key.trimmed().toInt(), error);
+    if (!row)
         return false;
-    }
     const QString file = outFile.isEmpty() ? ProtocolPdfPath(row->cislo_prot) : outFile;
     if (fileOut)
         *fileOut = file;

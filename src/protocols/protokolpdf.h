@@ -29,7 +29,7 @@ bool WriteProtocolPdf(const ProtocolPage &page, const QString &fileName);
 
 // Prints the archiv row of that key to outFile (empty: its file under PROTOKOLY_SAVE) and,
 // unless noView, opens it. Nothing happens for an empty key; false with a message in
-// error when the protocol is missing or the file cannot be written. The file in fileOut.
+// error when the protocol is missing or cannot be read or the file cannot be written. The file in fileOut.
 bool ProtokolPdf(DbConnection &centre, DbConnection &sys, const QString &key, bool noView, const QString &outFile,
                  QString *fileOut, QString *error);
 

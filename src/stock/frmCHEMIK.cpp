@@ -523,6 +523,7 @@ void frmCHEMIK::cmdFindAll_Click()
     if (!text || text->isEmpty())
         return;
     frmFindAll find(this);
+    find.CentreDb = CentreDb;
     find.mLineInput = *text;
     find.Load();
     if (find.exec() != QDialog::Accepted || find.mActualSklad.isEmpty())
@@ -565,6 +566,7 @@ void frmCHEMIK::cmdCopy_Click()
                           MsgQuestionOkCancel, QStringLiteral("Kopírovat"))))
         return;
     frmTyp typ(this);
+    typ.CentreDb = CentreDb;
     typ.VyberSklad = -1;
     typ.VyberPending = true;
     typ.Load();
@@ -683,6 +685,7 @@ void frmCHEMIK::cmdKalendar2_Click()
 void frmCHEMIK::cmdSklady_Click()
 {
     frmTyp typ(this);
+    typ.CentreDb = CentreDb;
     typ.VyberSklad = -1;
     typ.VyberPending = true;
     typ.Load();
@@ -695,6 +698,7 @@ void frmCHEMIK::cmdSklady_Click()
 void frmCHEMIK::cmdArchVyd_Click()
 {
     frmVydeji vydeji(this);
+    vydeji.CentreDb = CentreDb;
     vydeji.OpenFile = OpenFile;
     if (vydeji.Load())
         vydeji.exec();

@@ -41,6 +41,7 @@ public:
     // Set before Load: only the goods whose name starts with this text ("*" any text), of every year.
     QString NazevFilter;
     // Set before Load: the centre whose warehouses are shown, the user's own unless another is named.
+    // The screens opened from here work on the same centre.
     QString CentreDb;
     short ParamAkce = 0;   // 0 none, 1 edit, 2 receipt, 3 issue
 

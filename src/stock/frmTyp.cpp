@@ -31,7 +31,7 @@ public:
     }
 };
 
-frmTyp::frmTyp(QWidget *parent) : QDialog(parent)
+frmTyp::frmTyp(QWidget *parent) : QDialog(parent), CentreDb(Session().MysqlDb)
 {
     setWindowTitle(QStringLiteral("Sklady"));
     DataGrid1 = new QTableView(this);
@@ -77,7 +77,7 @@ frmTyp::~frmTyp() = default;
 
 bool frmTyp::Load()
 {
-    m_centre = std::make_unique<DbConnection>(ConnStrCentre());
+    m_centre = std::make_unique<DbConnection>(ConnStrFor(CentreDb));
     if (!OpenOrFatal(*m_centre))
         return false;
     m_model = std::make_unique<SkladListModel>();
@@ -133,7 +133,7 @@ void frmTyp::cmdOk_Click()
         accept();
         return;
     }
-    if (!SkladTableExists(*m_centre, Session().MysqlDb, file)) {
+    if (!SkladTableExists(*m_centre, CentreDb, file)) {
         QString error;
         if (!RemoveOrphanSklad(*m_centre, file, &error))
             MsgBox(error, MsgCritical);
@@ -141,6 +141,7 @@ void frmTyp::cmdOk_Click()
         return;
     }
     frmCHEMIK chemik(this);
+    chemik.CentreDb = CentreDb;
     chemik.OpenFile = sklad.openFile();
     if (chemik.Load())
         chemik.exec();

@@ -25,6 +25,8 @@ public:
     // A choice goes back to the caller instead of opening the warehouse (a copy, a change
     // of warehouse, order entry).
     bool VyberPending = false;
+    // Set before Load: the centre whose warehouses are listed, the user's own unless another is named.
+    QString CentreDb;
 
     bool Load();
 

@@ -114,7 +114,7 @@ private:
     const QVector<JournalRow> m_failed;
 };
 
-frmVydeji::frmVydeji(QWidget *parent) : QDialog(parent)
+frmVydeji::frmVydeji(QWidget *parent) : QDialog(parent), CentreDb(Session().MysqlDb)
 {
     setWindowTitle(QStringLiteral("Výdej"));
     Label3 = new QLabel(this);
@@ -156,7 +156,7 @@ frmVydeji::~frmVydeji() = default;
 
 bool frmVydeji::Load()
 {
-    m_centre = std::make_unique<DbConnection>(ConnStrCentre());
+    m_centre = std::make_unique<DbConnection>(ConnStrFor(CentreDb));
     if (!OpenOrFatal(*m_centre))
         return false;
     const QString sklad = ParseOpenFile(OpenFile).typ;

@@ -21,6 +21,8 @@ public:
     ~frmVydeji() override;
 
     QString OpenFile;
+    // Set before Load: the centre whose journal is shown, the user's own unless another is named.
+    QString CentreDb;
 
     bool Load();
     // "Tisk výdeju": the summary into the scratch folder, then the viewer. Returns the file.

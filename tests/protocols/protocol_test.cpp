@@ -115,7 +115,7 @@ TEST(Protocols, SavedListsAreParallelLoadBackByPositionAndLockForGood)
     QString error;
     const int key = AkceFieldDocument(centre, doc, controls, {0, 2, 5, QStringLiteral("77/2026")}, Now, &error);
     ASSERT_GT(key, 16) << error.toStdString();
-    const auto row = ReadProtocol(centre, key);
+    const auto row = ReadProtocol(centre, key, &error);
     ASSERT_TRUE(row);
     EXPECT_EQ(row->cislo_prot, "77/2026");
     EXPECT_EQ(row->date_create, "22.11.2026 09:05");
@@ -133,7 +133,7 @@ TEST(Protocols, SavedListsAreParallelLoadBackByPositionAndLockForGood)
     // Edited again: the row is changed, not added. A "~" typed in shifts the later values.
     values[1] = QStringLiteral("a~b");
     EXPECT_EQ(AkceFieldDocument(centre, doc, Controls(doc, values), {key, 2, 5, QString()}, Now, &error), key);
-    const QStringList after = ProtocolValues(*ReadProtocol(centre, key));
+    const QStringList after = ProtocolValues(*ReadProtocol(centre, key, &error));
     EXPECT_EQ(after.value(1), "a");
     EXPECT_EQ(after.value(2), "b");
     EXPECT_EQ(after.value(3), "v3");
@@ -144,7 +144,7 @@ TEST(Protocols, SavedListsAreParallelLoadBackByPositionAndLockForGood)
     ASSERT_TRUE(SaveForm(sys, doc, 2, &error));
     ASSERT_TRUE(LoadFormDefinition(sys, doc, 2, QString(), nullptr, nullptr));
     EXPECT_EQ(doc.Item(2)->Key, 3);
-    EXPECT_EQ(ProtocolValues(*ReadProtocol(centre, key)).value(1), "a");   // now shown on key 3's control
+    EXPECT_EQ(ProtocolValues(*ReadProtocol(centre, key, &error)).value(1), "a");   // now shown on key 3's control
 
     // A locked protocol refuses a save (the screen offers none) and a deletion; corrections
     // stack newest first (the screen's flow saves them).
@@ -167,7 +167,8 @@ TEST(Protocols, SavedListsAreParallelLoadBackByPositionAndLockForGood)
 
     // An open protocol can be deleted.
     ASSERT_TRUE(DeleteProtocol(centre, 5, &error)) << error.toStdString();
-    EXPECT_FALSE(ReadProtocol(centre, 5));
+    EXPECT_FALSE(ReadProtocol(centre, 5, &error));
+    EXPECT_EQ(error, "Protokol 5 nebyl nalezen.");
 }
 
 TEST(ProtokolPdf, OnePageAndTwoPagesWithTheLetterheadAndTheLogoOfTheDatabase)
@@ -212,6 +213,14 @@ TEST(ProtokolPdf, OnePageAndTwoPagesWithTheLetterheadAndTheLogoOfTheDatabase)
 
     EXPECT_TRUE(ProtokolPdf(centre, sys, QString(), true, QString(), &file, &error));   // an empty key does nothing
     EXPECT_FALSE(ProtokolPdf(centre, sys, QStringLiteral("999"), true, QString(), &file, &error));
+    EXPECT_EQ(error, "Protokol 999 nebyl nalezen.");
+
+    // A protocol that cannot be read is a failure with the server's reason, not a missing one.
+    Exec(QStringLiteral("fondarix_ofk"), "DROP VIEW archiv_prot");
+    const CliRun broken = Cli({"protocol", "pdf", "4"});
+    EXPECT_EQ(broken.code, 1);
+    EXPECT_TRUE(broken.err.contains("protocol pdf: Protokol 4 nelze načíst. ") && broken.err.contains("archiv_prot"))
+        << broken.err.toStdString();
 }
 
 // The list of a patient printed by the batch verb: every protocol to its own file.

@@ -1,5 +1,6 @@
 #include "core/db.h"
 #include "core/msg.h"
+#include "core/session.h"
 #include "registers/frmFindAll.h"
 #include "stock/frmCHEMIK.h"
 #include "stock/frmTyp.h"
@@ -295,7 +296,11 @@ TEST(frmCHEMIK, SearchInAllWarehousesAndPickForAnOrder)
     FreshDatabases(true);
     LoginAs(4);
     ScriptedMessages messages;
+    // Opened, as the order archive does, on a centre other than the user's own (here a database
+    // without warehouses): the screens opened from it work on that centre too.
+    Session().MysqlDb = QStringLiteral("fondarix_granty");
     frmCHEMIK screen;
+    screen.CentreDb = Centre;
     screen.OpenFile = "Kancelář~" + Office;
     screen.VyberObjedn = true;
     ASSERT_TRUE(screen.Load());
@@ -324,6 +329,23 @@ TEST(frmCHEMIK, SearchInAllWarehousesAndPickForAnOrder)
                                  "Mikrozkumavky 1,5 ml|Laboratorní plasty", "Mikrozkumavky 2,0 ml|Laboratorní plasty"}));
     EXPECT_EQ(screen.OpenFile, "Laboratorní plasty~" + Plasty);
     EXPECT_EQ(Grid(&screen)->rowCount(), 3);   // the warehouse filtered to the names found
+
+    // The issue journal of this warehouse and the warehouses to copy to.
+    int journal = -1, warehouses = -1;
+    OnNextModal([&](QWidget *w) {
+        journal = Grid(w)->rowCount();
+        qobject_cast<QDialog *>(w)->reject();
+    });
+    Click(&screen, "cmdArchVyd");
+    EXPECT_EQ(journal, One("SELECT COUNT(*) FROM CHEM_VYD WHERE sklad='Laboratorní plasty'").toInt());
+    Select(&screen, {"Mikrozkumavky 1,5 ml"});
+    messages.answers = {AnswerOk};
+    OnNextModal([&](QWidget *w) {
+        warehouses = Grid(w)->rowCount();
+        qobject_cast<QDialog *>(w)->reject();
+    });
+    Click(&screen, "cmdCopy");
+    EXPECT_EQ(warehouses, 3);
 
     Select(&screen, {"Mikrozkumavky 1,5 ml"});
     SaveScreen(&screen, "frmCHEMIK_vyber");
