@@ -46,7 +46,6 @@ public:
     const QVector<Movement> &rows() const { return m_rows; }
     const QString &account(int number) const { return m_accounts.at(number); }
     qsizetype accountCount() const { return m_accounts.size(); }
-    qsizetype size() const { return m_rows.size(); }
 
 private:
     bool read(const QString &grant, bool all);
