@@ -440,6 +440,12 @@ bool Transaction::commit()
 
 // ---------------------------------------------------------------------------
 
+bool IsSafeIdentifier(const QString &name)
+{
+    static const QRegularExpression valid(QStringLiteral("^[A-Za-z0-9_]{1,64}$"));
+    return valid.match(name).hasMatch();
+}
+
 QStringList SplitSqlScript(const QString &script)
 {
     QStringList statements;
@@ -498,8 +504,7 @@ bool runScript(DbConnection &conn, const QString &path, QString *error)
 bool createOne(DbConnection &server, const QString &name, const QStringList &scripts, bool dropExisting,
                QString *error)
 {
-    static const QRegularExpression valid(QStringLiteral("^[A-Za-z0-9_]+$"));
-    if (!valid.match(name).hasMatch()) {
+    if (!IsSafeIdentifier(name)) {
         *error = QStringLiteral("Neplatný název databáze: %1").arg(name);
         return false;
     }
@@ -530,6 +535,20 @@ bool createOne(DbConnection &server, const QString &name, const QStringList &scr
 }
 } // namespace
 
+bool CentreDatabaseNames(QStringList *names, QString *error)
+{
+    DbConnection sys(ConnStrFor(QLatin1String(SysDbName)));
+    QSqlQuery q = sys.query();
+    if (!q.exec(QStringLiteral("SELECT DISTINCT mysql_db FROM sys_db_kvl"))) {
+        *error = sys.isOpen() ? q.lastError().text() : sys.errorText();
+        return false;
+    }
+    while (q.next())
+        if (!FieldText(q, 0).isEmpty())
+            *names << FieldText(q, 0);
+    return true;
+}
+
 bool CreateDatabases(const QString &schemaDir, const QString &demoDir, bool dropExisting, QString *error)
 {
     QString dummy;
@@ -552,17 +571,8 @@ bool CreateDatabases(const QString &schemaDir, const QString &demoDir, bool drop
         return false;
 
     QStringList centres;
-    {
-        DbConnection sys(ConnStrFor(QLatin1String(SysDbName)));
-        QSqlQuery q = sys.query();
-        if (!q.exec(QStringLiteral("SELECT DISTINCT mysql_db FROM sys_db_kvl"))) {
-            *error = q.lastError().text();
-            return false;
-        }
-        while (q.next())
-            if (!FieldText(q, 0).isEmpty())
-                centres << FieldText(q, 0);
-    }
+    if (!CentreDatabaseNames(&centres, error))
+        return false;
     for (const QString &centre : centres)
         if (!createOne(server, centre, scripts(QStringLiteral("centre")), dropExisting, error))
             return false;

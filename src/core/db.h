@@ -122,8 +122,14 @@ private:
     bool m_active = false;
 };
 
+// A name that may stand in a statement as a table or database: letters, digits and "_" only.
+bool IsSafeIdentifier(const QString &name);
+
 // Splits a script into statements at ";" ending a line, outside quotes; comments dropped.
 QStringList SplitSqlScript(const QString &script);
+
+// The centre databases named in sys_db_kvl.
+bool CentreDatabaseNames(QStringList *names, QString *error);
 
 // Creates fondarix_sys, fondarix_granty and every centre database named in sys_db_kvl
 // from the schema files in schemaDir; with demoDir, loads the demo institute as well.

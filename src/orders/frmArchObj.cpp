@@ -10,6 +10,7 @@
 #include "orders/objeditor.h"
 #include "orders/objexchangepanel.h"
 #include "orders/objhtml.h"
+#include "orders/objlist.h"
 #include "orders/objreports.h"
 #include "orders/objsave.h"
 #include "orders/frmTvorObj.h"
@@ -519,10 +520,17 @@ void frmArchObj::FilterObj(const QString &field)
     short counter = 1;
     if (conn.isOpen() && NextObjCounter(conn, &counter))
         m_nextNumber = MakeObjCislo(counter);
+    // A database of an earlier version is said once, not met with a failing statement.
+    if (conn.isOpen() && m_checkedDb != m_db) {
+        m_checkedDb = m_db;
+        m_upToDate = ObjListUpToDate(conn);
+        if (!m_upToDate)
+            MsgBox(ObjListOldDatabaseText(m_db), MsgWarning);
+    }
     // A status list is one page of every row whose colour fits, its sums over them all.
     if (status >= 1 && status <= 4) {
         ObjListKeys list;
-        if (conn.isOpen() && ObjListKeysOf(conn, m_filter, status, &list)) {
+        if (conn.isOpen() && m_upToDate && ObjListKeysOf(conn, m_filter, status, &list)) {
             m_keys = list.noms;
             m_sums = list.sums;
             m_total = int(m_keys.size());

@@ -89,6 +89,8 @@ private:
     void pickDate(QLineEdit *box);
 
     QString m_db;               // the centre's database
+    QString m_checkedDb;        // the database whose status columns were looked for, and
+    bool m_upToDate = true;     // whether it has them (one of an earlier version may not)
     int m_role = 1;             // the role the list is seen with (cmdLekarna switches to 3)
     int m_page = 0, m_pages = 0, m_total = 0;
     int m_nom = 0;              // the order in the detail

@@ -102,6 +102,24 @@ bool ObjListKeysOf(DbConnection &centre, const ObjFilter &filter, int statusInde
     return true;
 }
 
+bool ObjListUpToDate(DbConnection &centre)
+{
+    QSqlQuery q = centre.query();
+    return centre.exec(q, QStringLiteral("SELECT (SELECT COUNT(*) FROM information_schema.COLUMNS WHERE TABLE_SCHEMA = DATABASE() "
+                                         "AND TABLE_NAME = 'archobj' AND COLUMN_NAME IN ('stav', 'castka_f', 'objwf_f', "
+                                         "'dat_vyriz_f', 'objzauct_f', 'castka_sum', 'grant_multi')), "
+                                         "(SELECT COUNT(*) FROM information_schema.STATISTICS WHERE TABLE_SCHEMA = DATABASE() "
+                                         "AND TABLE_NAME = 'archobj' AND INDEX_NAME = 'objstav')"))
+        && q.next() && q.value(0).toInt() == 7 && q.value(1).toInt() > 0;
+}
+
+QString ObjListOldDatabaseText(const QString &database)
+{
+    return QStringLiteral("Databáze střediska %1 pochází ze starší verze programu; seznam objednávek podle stavu v ní "
+                          "nelze zobrazit. Správce ji převede příkazem fondarix-cli upgrade-db.")
+        .arg(database);
+}
+
 bool ObjListRowsOf(DbConnection &centre, const QList<int> &noms, QList<ObjListRow> *rows)
 {
     QHash<int, ObjListRow> found;

@@ -37,6 +37,12 @@ bool ObjListCount(DbConnection &centre, const ObjFilter &filter, int *count);
 // rows does not read the wide rows; only those whose colour the server leaves to the program,
 // or whose amounts are too long for their image, are read whole.
 bool ObjListKeysOf(DbConnection &centre, const ObjFilter &filter, int statusIndex, ObjListKeys *list);
+// Does the centre's archobj carry what a status list reads (the colour, the short images,
+// the index objstav)? A database made by an earlier version lacks them until
+// `fondarix-cli upgrade-db` (or init-db) has brought it up to date.
+bool ObjListUpToDate(DbConnection &centre);
+// What the archive and the batch list say instead of a status list on such a database.
+QString ObjListOldDatabaseText(const QString &database);
 // The rows of the keys, in the keys' order; rows gone meanwhile are left out.
 bool ObjListRowsOf(DbConnection &centre, const QList<int> &noms, QList<ObjListRow> *rows);
 // Every row the filter keeps (the keys, then their rows).

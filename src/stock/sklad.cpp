@@ -1,6 +1,7 @@
 #include "stock/sklad.h"
 
 #include "core/db.h"
+#include "core/schemaupgrade.h"
 
 #include <QRegularExpression>
 #include <QSqlQuery>
@@ -34,12 +35,6 @@ QDate parseDate(const QString &text)
 }
 } // namespace
 
-bool IsSafeIdentifier(const QString &name)
-{
-    static const QRegularExpression valid(QStringLiteral("^[A-Za-z0-9_]{1,64}$"));
-    return valid.match(name).hasMatch();
-}
-
 SkladRef ParseOpenFile(const QString &openFile)
 {
     const qsizetype at = openFile.indexOf(QLatin1Char('~'));
@@ -63,9 +58,28 @@ QStringList CreateSkladStatements(const QString &file)
         QStringLiteral("ALTER TABLE ") + file
             + QStringLiteral(" ADD `nom` INT( 11 ) UNSIGNED NOT NULL AUTO_INCREMENT AFTER `TypBal2` , "
                              "ADD PRIMARY KEY ( `nom` ) ;"),
-        QStringLiteral("ALTER TABLE ") + file
-            + QStringLiteral(" ADD INDEX (`Nazev`, `Katal`, `ZKATALOG`), ADD INDEX (`Katal`), ADD INDEX (`ZKATALOG`)"),
+        QStringLiteral("ALTER TABLE ") + file + QStringLiteral(" ADD ") + SkladKeys().join(QStringLiteral(", ADD ")),
     };
+}
+
+const QStringList &SkladKeys()
+{
+    static const QStringList keys{QStringLiteral("KEY (`Nazev`, `Katal`, `ZKATALOG`)"), QStringLiteral("KEY (`Katal`)"),
+                                  QStringLiteral("KEY (`ZKATALOG`)")};
+    return keys;
+}
+
+bool UpgradeSklady(DbConnection &centre, QStringList *changes, QString *error)
+{
+    for (const SkladRef &sklad : ListSklady(centre)) {
+        if (!IsSafeIdentifier(sklad.file)) {
+            changes->append(QStringLiteral("typ: sklad %1 má neplatný název tabulky (%2), vynechán").arg(sklad.typ, sklad.file.left(80)));
+            continue;
+        }
+        if (!UpgradeKeys(centre, sklad.file, SkladKeys(), changes, error))
+            return false;
+    }
+    return true;
 }
 
 bool CreateSklad(DbConnection &centre, const QString &name, const QString &file, QString *error)

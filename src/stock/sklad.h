@@ -13,9 +13,6 @@
 class DbConnection;
 class QSqlRecord;
 
-// A name that may stand in a statement as a table: letters, digits and "_" only.
-bool IsSafeIdentifier(const QString &name);
-
 // A warehouse as screens pass it: "Typ~File".
 struct SkladRef {
     QString typ;    // the name the user gave
@@ -33,6 +30,12 @@ QString NewSkladTableName(const QDateTime &now);
 // start from (name, catalogue number, catalogue label), which the copy loses as well; the
 // name's index holds the other two, so a search reads it without the rows.
 QStringList CreateSkladStatements(const QString &file);
+// Those indexes, as the table's keys ("KEY (`Katal`)").
+const QStringList &SkladKeys();
+// The indexes of every warehouse of the centre made to be SkladKeys(): a warehouse made by an
+// earlier version lacks them. A table name of the list that is no plain identifier is passed
+// over with a line in changes, a table that is gone is left alone.
+bool UpgradeSklady(DbConnection &centre, QStringList *changes, QString *error);
 
 // Every operation below returns false and writes a Czech message to *error on failure.
 

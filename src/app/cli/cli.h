@@ -76,3 +76,13 @@ void CliProgressDone();
 void CliSummary(const QString &text);
 // A refusal or failure, on stderr; returns CliFailed.
 int CliFail(const QString &text);
+
+// The folder of the schema and demo files: beside the executable when installed, else in
+// the sources.
+QString CliDataDir();
+
+// Every existing database of the program (fondarix_sys, fondarix_granty, the centres of
+// sys_db_kvl) brought up to db/schema, and every centre's warehouses to their indexes, with a
+// progress line per database. *summary gets "database: change" lines; false with the reason
+// on the first failure.
+bool UpgradeDatabases(const QString &verb, QStringList *summary, QString *error);

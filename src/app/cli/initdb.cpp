@@ -4,27 +4,15 @@
 
 #include "core/db.h"
 #include "core/session.h"
-#include "fondarix_paths.h"
 #include "grants/drawdown.h"
 #include "import/buildtree.h"
 #include "import/importsouboru.h"
 #include "import/pozice.h"
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 #include <QSqlQuery>
 
 namespace {
-QString dataDir()
-{
-    // The schema and demo files: beside the executable when installed, else in the sources.
-    const QString installed = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/fondarix/db");
-    if (QFileInfo::exists(installed))
-        return QDir::cleanPath(installed);
-    return QStringLiteral(FONDARIX_SOURCE_DIR "/db");
-}
-
 bool GrantsDatabaseExists()
 {
     DbConnection server(ConnStrFor(QString()));
@@ -114,13 +102,19 @@ int initDb(const CliArgs &args)
     const bool demo = args.flag(QStringLiteral("--demo"));
     const bool force = args.flag(QStringLiteral("--force"));
     QString error;
-    const QString dir = dataDir();
+    const QString dir = CliDataDir();
     // The demo's movements come with a newly made grants database only, never over the user's.
     const bool fresh = force || !GrantsDatabaseExists();
     if (!CreateDatabases(dir + QStringLiteral("/schema"), demo ? dir + QStringLiteral("/demo") : QString(), force, &error))
         return CliFail(QStringLiteral("init-db: ") + error);
     if (demo && fresh && !LoadDemoPeriod(dir + QStringLiteral("/demo/exports"), &error))
         return CliFail(QStringLiteral("init-db: pohyby demonstračního ústavu nenačteny: ") + error);
+    // Databases left by an earlier version of the program get what this one needs.
+    QStringList upgraded;
+    if (!UpgradeDatabases(QStringLiteral("init-db"), &upgraded, &error))
+        return CliFail(QStringLiteral("init-db: ") + error);
+    for (const QString &line : std::as_const(upgraded))
+        CliSummary(QStringLiteral("init-db: ") + line);
     CliSummary(demo ? QStringLiteral("init-db: databáze připraveny, s demonstračním ústavem")
                     : QStringLiteral("init-db: databáze připraveny"));
     return CliOk;
