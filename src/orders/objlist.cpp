@@ -115,8 +115,8 @@ bool ObjListUpToDate(DbConnection &centre)
 
 QString ObjListOldDatabaseText(const QString &database)
 {
-    return QStringLiteral("Databáze střediska %1 pochází ze starší verze programu; seznam objednávek podle stavu v ní "
-                          "nelze zobrazit. Správce ji převede příkazem fondarix-cli upgrade-db.")
+    return QStringLiteral("Databáze střediska %1 pochází ze starší verze programu; správce ji převede příkazem "
+                          "fondarix-cli upgrade-db.")
         .arg(database);
 }
 

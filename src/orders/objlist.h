@@ -41,7 +41,8 @@ bool ObjListKeysOf(DbConnection &centre, const ObjFilter &filter, int statusInde
 // the index objstav)? A database made by an earlier version lacks them until
 // `fondarix-cli upgrade-db` (or init-db) has brought it up to date.
 bool ObjListUpToDate(DbConnection &centre);
-// What the archive and the batch list say instead of a status list on such a database.
+// What the archive says instead of a status list on such a database, and the batch list
+// instead of any list (it reads them for every filter).
 QString ObjListOldDatabaseText(const QString &database);
 // The rows of the keys, in the keys' order; rows gone meanwhile are left out.
 bool ObjListRowsOf(DbConnection &centre, const QList<int> &noms, QList<ObjListRow> *rows);

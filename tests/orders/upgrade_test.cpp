@@ -113,9 +113,11 @@ TEST(UpgradeDb, OldCentreIsToldThenUpgradedTwiceToTheFreshTablesAndLists)
         Choose(&screen, "Combo2", "- Vše -");
         EXPECT_EQ(GridRows(&screen), 9);
     }
-    const CliRun told = Cli({"orders", "list", "--status", "Výřizování"});
-    EXPECT_EQ(told.code, 1);
-    EXPECT_TRUE(told.err.contains(ObjListOldDatabaseText(Centre))) << told.err.toStdString();
+    for (const QStringList &args : {QStringList{"orders", "list", "--status", "Výřizování"}, QStringList{"orders", "list", "--year", "2025"}}) {
+        const CliRun told = Cli(args);
+        EXPECT_EQ(told.code, 1);
+        EXPECT_TRUE(told.err.contains(ObjListOldDatabaseText(Centre))) << told.err.toStdString();
+    }
 
     const CliRun first = Cli({"upgrade-db"});
     ASSERT_EQ(first.code, 0) << first.err.toStdString();

@@ -58,7 +58,8 @@ int ordersList(const CliArgs &args)
     DbConnection centre(ConnStrFor(Session().MysqlDb));
     if (!centre.isOpen())
         return CliFail(QStringLiteral("orders list: ") + centre.errorText());
-    if (statusIndex >= 1 && statusIndex <= 4 && !ObjListUpToDate(centre))
+    // The list reads the colour and the short images for every filter.
+    if (!ObjListUpToDate(centre))
         return CliFail(QStringLiteral("orders list: ") + ObjListOldDatabaseText(Session().MysqlDb));
     const ObjFilter filter = FilterObj(statusIndex, statusIndex == 5 ? grant : status, year, Session().UserTyp == 3);
     QList<ObjListRow> rows;
