@@ -148,6 +148,7 @@ DbConnection::DbConnection(const QString &connStr) : m_name(nextConnectionName()
 
 DbConnection::~DbConnection()
 {
+    m_array.reset();   // the statement goes before its connection
     {
         QSqlDatabase db = QSqlDatabase::database(m_name, false);
         if (db.isOpen())
@@ -320,21 +321,36 @@ bool DbConnection::eachRow(const QString &sql, const QStringList &values, const 
     }
 }
 
+struct DbConnection::ArrayStatement {
+    QString sql;
+    Stmt stmt;
+};
+
 bool DbConnection::execArray(const QString &sql, int columns, const std::vector<std::string_view> &values)
 {
     const size_t rows = columns <= 0 ? 0 : values.size() / size_t(columns);
     if (rows == 0)
         return true;
-    QSqlError error;
-    const Stmt stmt = Prepare(*this, sql, &error);
+    if (!m_array || m_array->sql != sql) {
+        m_array.reset();
+        QSqlError error;
+        Stmt stmt = Prepare(*this, sql, &error);
+        if (!stmt) {
+            m_error = DbErrorMessage(error, m_captions);
+            return false;
+        }
+        m_array.reset(new ArrayStatement{sql, std::move(stmt)});
+    }
+    MYSQL_STMT *stmt = m_array->stmt.get();
     std::vector<MYSQL_BIND> binds(static_cast<size_t>(columns));
     std::vector<char *> pointers;
     std::vector<unsigned long> lengths;
     BindTexts(binds, values, true, pointers, lengths);
     unsigned int arraySize = (unsigned int)rows;
-    if (!stmt || mysql_stmt_attr_set(stmt.get(), STMT_ATTR_ARRAY_SIZE, &arraySize) != 0 ||
-        mysql_stmt_bind_param(stmt.get(), binds.data()) != 0 || mysql_stmt_execute(stmt.get()) != 0) {
-        m_error = DbErrorMessage(stmt ? StmtError(stmt.get()) : error, m_captions);
+    if (mysql_stmt_attr_set(stmt, STMT_ATTR_ARRAY_SIZE, &arraySize) != 0 ||
+        mysql_stmt_bind_param(stmt, binds.data()) != 0 || mysql_stmt_execute(stmt) != 0) {
+        m_error = DbErrorMessage(StmtError(stmt), m_captions);
+        m_array.reset();   // prepared again next time, whatever state the failure left
         return false;
     }
     return true;

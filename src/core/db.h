@@ -11,6 +11,7 @@
 #include <QVariant>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -91,6 +92,10 @@ private:
     bool m_open = false;
     QString m_error;
     FieldCaptions m_captions;
+    // The statement of the last execArray, kept prepared: a bulk load sends many batches of
+    // the same statement, and a prepare per batch costs a round trip each.
+    struct ArrayStatement;
+    std::unique_ptr<ArrayStatement> m_array;
 };
 
 // The client library's handle of an open connection (for the array binding and raw reads);
