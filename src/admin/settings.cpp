@@ -252,10 +252,9 @@ bool ReadCentres(DbConnection &sys, const QString &database, const QString &addr
 
 QString CentreProblem(const CentreRow &row)
 {
-    static const QRegularExpression identifier(QStringLiteral("^[A-Za-z0-9_]+$"));
     if (row.code.trimmed().isEmpty())
         return QStringLiteral("Zadejte kód střediska.");
-    if (!identifier.match(row.database.trimmed()).hasMatch())
+    if (!IsSafeIdentifier(row.database.trimmed()))
         return QStringLiteral("Název databáze střediska smí obsahovat jen písmena bez diakritiky, číslice a \"_\".");
     return QString();
 }

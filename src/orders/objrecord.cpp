@@ -142,7 +142,6 @@ void statusToSql(const QString &text, QString *sql, QVariantList *values)
 ObjFilter FilterObj(int statusIndex, const QString &statusText, const QString &year, bool pharmacy,
                     const QString &field)
 {
-    static const QRegularExpression identifier(QStringLiteral("^[A-Za-z0-9_]+$"));
     ObjFilter f;
     QString statusSql;
     QVariantList statusValues;
@@ -150,7 +149,7 @@ ObjFilter FilterObj(int statusIndex, const QString &statusText, const QString &y
     if (statusIndex >= 1 && statusIndex <= 4) {
         status = ObjStatusFilterText(statusIndex);
         statusToSql(status, &statusSql, &statusValues);
-    } else if (statusIndex >= 5 && identifier.match(field).hasMatch()) {
+    } else if (statusIndex >= 5 && IsSafeIdentifier(field)) {
         status = QStringLiteral("%1 like '%%2%'").arg(field, statusText);
         statusSql = QStringLiteral("`%1` like ?").arg(field);
         statusValues << QStringLiteral("%") + statusText + QStringLiteral("%");

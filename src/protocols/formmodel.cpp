@@ -6,7 +6,6 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QSqlQuery>
 
 #include <algorithm>
@@ -14,12 +13,6 @@
 namespace {
 const QChar Tilde = QLatin1Char('~');
 const QString FormSection = QStringLiteral("FORMULAR");
-
-bool isIdentifier(const QString &name)
-{
-    static const QRegularExpression re(QStringLiteral("^[A-Za-z0-9_]+$"));
-    return re.match(name).hasMatch();
-}
 } // namespace
 
 // --- clsDocument -----------------------------------------------------------------------
@@ -149,7 +142,7 @@ QString FieldInitialValue(DbConnection &centre, const QString &column, const Fil
             return QString();
         return FieldText(q, number ? 0 : 1);
     }
-    if (!isIdentifier(name))
+    if (!IsSafeIdentifier(name))
         return QString();
     if (!centre.exec(q, QStringLiteral("SELECT `%1` FROM pacients WHERE `key`=?").arg(name), {source.idPac}) || !q.next())
         return QString();
